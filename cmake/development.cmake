@@ -1,0 +1,28 @@
+# What only the library's own developers build: examples, tests, diagnostics. A project that contains this one gets none
+# of it.
+option(DATA_MAPPER4_TESTS "Build the tests (needs GoogleTest)" ON)
+option(DATA_MAPPER4_WERROR "Treat warnings as errors" ON)
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+add_library(data_mapper4_warnings INTERFACE)
+if(MSVC)
+    target_compile_options(data_mapper4_warnings INTERFACE /W4 /permissive- $<$<BOOL:${DATA_MAPPER4_WERROR}>:/WX>)
+else()
+    target_compile_options(data_mapper4_warnings INTERFACE
+        -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
+        $<$<BOOL:${DATA_MAPPER4_WERROR}>:-Werror>
+    )
+endif()
+target_link_libraries(data_mapper4_objects PRIVATE $<BUILD_INTERFACE:data_mapper4_warnings>)
+
+add_library(data_mapper4_diagnostics OBJECT data_mapper/diagnostics/text_dumps.cpp)
+target_link_libraries(data_mapper4_diagnostics PUBLIC data_mapper4_objects PRIVATE data_mapper4_warnings)
+
+add_executable(lookup examples/lookup.cpp)
+target_link_libraries(lookup PRIVATE data_mapper4::data_mapper4 data_mapper4_warnings)
+
+if(DATA_MAPPER4_TESTS)
+    enable_testing()
+    add_subdirectory(tests)
+endif()

@@ -1,0 +1,123 @@
+#include "data_mapper/attrib_schema.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace data_mapper4 {
+
+namespace {
+
+using node = NUVEK_2_18::parser::xml_stream_parser::node;
+
+// Up to here names are compared one by one; beyond it they are sorted first, so that no file can make the work grow
+// with the square of its attributes.
+constexpr std::size_t few_names = 16;
+
+bool has_equal_pair(const attrib_schema& schema)
+{
+    if (schema.size() <= few_names) {
+        for (auto name = schema.begin(); name != schema.end(); ++name) {
+            if (std::find(std::next(name), schema.end(), *name) != schema.end()) return true;
+        }
+        return false;
+    }
+    std::vector<std::string_view> sorted(schema.begin(), schema.end());
+    std::sort(sorted.begin(), sorted.end());
+    return std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end();
+}
+
+// An element's attributes, found by name. Keeps account of those that were.
+class attribute_finder
+{
+public:
+    explicit attribute_finder(const node& element) : m_is_sorted(element.attributes.size() > few_names)
+    {
+        m_entries.reserve(element.attributes.size());
+        for (const auto& attribute : element.attributes)
+            m_entries.push_back({attribute.first, &attribute.second, false});
+        // The element's own name need not be in the schema.
+        if (!m_entries.empty()) m_entries.front().is_known = true;
+        // Stable: of several attributes of one name the first one stays the first.
+        if (m_is_sorted) std::stable_sort(m_entries.begin(), m_entries.end(), order());
+    }
+
+    // The value of the first attribute of that name, or nullptr.
+    const ustring8* find(const ustring8& name)
+    {
+        const ustring8* value = nullptr;
+        auto at = m_entries.begin();
+        if (m_is_sorted) at = std::lower_bound(at, m_entries.end(), entry{name, nullptr, false}, order());
+        for (; at != m_entries.end() && (!m_is_sorted || at->name == name); ++at) {
+            if (at->name != name) continue;
+            at->is_known = true;
+            if (value == nullptr) value = at->value;
+        }
+        return value;
+    }
+
+    bool were_all_found() const
+    {
+        return std::all_of(m_entries.begin(), m_entries.end(), [](const entry& each) { return each.is_known; });
+    }
+
+private:
+    struct entry
+    {
+        std::string_view name;
+        const ustring8* value;
+        bool is_known;
+    };
+
+    static bool (*order())(const entry&, const entry&)
+    {
+        return [](const entry& a, const entry& b) { return a.name < b.name; };
+    }
+
+    std::vector<entry> m_entries;
+    bool m_is_sorted;
+};
+
+map_error_t result(map_error_t::result_type type)
+{
+    map_error_t error;
+    error.type(type);
+    return error;
+}
+
+}  // namespace
+
+map_error_t read_attrib_names(const node& element, attrib_schema& schema, bool leave_out_first)
+{
+    auto attribute = element.attributes.begin();
+    if (leave_out_first && attribute != element.attributes.end()) ++attribute;
+    for (; attribute != element.attributes.end(); ++attribute) schema.push_back(attribute->first);
+    return result(has_equal_pair(schema) ? map_error_t::duplicate_attrib : map_error_t::no_error);
+}
+
+map_error_t read_attrib_values(const node& element, const attrib_schema& schema, attrib_row& row)
+{
+    if (schema.size() + 1 < element.attributes.size()) return result(map_error_t::collection_error);
+    const std::size_t size_before = row.size();
+    row.reserve(size_before + schema.size());
+    attribute_finder attributes(element);
+    for (const ustring8& name : schema) {
+        const ustring8* const value = attributes.find(name);
+        row.push_back(value == nullptr ? ustring8() : *value);
+    }
+    if (attributes.were_all_found()) return result(map_error_t::no_error);
+    row.resize(size_before);
+    return result(map_error_t::collection_error);
+}
+
+ustring8 value_at(const attrib_row& row, std::size_t k)
+{
+    return k < row.size() ? row[k] : ustring8();
+}
+
+void fill_attribs(const attrib_schema& schema, const attrib_row& row, std::map<ustring8, ustring8>& attribs)
+{
+    for (std::size_t k = 0; k < schema.size(); ++k) attribs.emplace(schema[k], value_at(row, k));
+}
+
+}  // namespace data_mapper4

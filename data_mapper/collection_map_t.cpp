@@ -1,0 +1,88 @@
+#include "data_mapper/collection_map_t.h"
+
+#include <algorithm>
+
+#include "data_mapper/attrib_schema.h"
+#include "data_mapper/item_content.h"
+
+namespace data_mapper4 {
+
+collection_map_t::collection_map_t() = default;
+collection_map_t::collection_map_t(const collection_map_t& other) = default;
+collection_map_t::~collection_map_t() = default;
+collection_map_t& collection_map_t::operator=(const collection_map_t& other) = default;
+
+// The results of the schema functions are kept whole, their line 0 included: a fault that they find, and a load that
+// added an item, report line 0 and not the item's, unlike the other kinds of map.
+map_error_t collection_map_t::load(const ustring8& map_name, xml_stream_parser& parser)
+{
+    m_id = map_name;
+    m_error.type(map_error_t::no_error);
+    bool is_schema_read = false;
+    xml_stream_parser::node item;
+    while (is_item_waiting(parser)) {
+        if (!take_item(parser, element_form::name_and_attributes, m_items.read(), item, m_error)) break;
+        if (!is_schema_read) {
+            m_error = read_attrib_names(item, m_attrib_names, false);
+            if (m_error.type() != map_error_t::no_error) break;
+            is_schema_read = true;
+        }
+        attrib_row row;
+        m_error = read_attrib_values(item, m_attrib_names, row);
+        if (m_error.type() != map_error_t::no_error) break;
+        if (!add_item(m_items.write(), item, std::move(row), m_error)) break;
+    }
+    return m_error;
+}
+
+void collection_map_t::clear()
+{
+    m_items = shared_items<items>();
+}
+
+ustring8 collection_map_t::id()
+{
+    return m_id;
+}
+
+bool collection_map_t::has_item(const ustring8& item_name) const
+{
+    return m_items.read().count(item_name) != 0;
+}
+
+bool collection_map_t::get_attribs(const ustring8& item_name, std::map<ustring8, ustring8>& attribs) const
+{
+    // The name may be one of the attributes, so they are not touched before the search is done.
+    const auto found = m_items.read().find(item_name);
+    attribs.clear();
+    if (found == m_items.read().end()) return false;
+    fill_attribs(m_attrib_names, found->second, attribs);
+    return true;
+}
+
+bool collection_map_t::get_attrib(const ustring8& item_name, const ustring8& attrib_name, ustring8& value) const
+{
+    const auto found = m_items.read().find(item_name);
+    if (found == m_items.read().end()) return false;
+    const auto name = std::find(m_attrib_names.begin(), m_attrib_names.end(), attrib_name);
+    if (name == m_attrib_names.end()) return false;
+    value = value_at(found->second, static_cast<std::size_t>(name - m_attrib_names.begin()));
+    return true;
+}
+
+collection_map_t::items::iterator collection_map_t::begin()
+{
+    return m_items.expose().begin();
+}
+
+collection_map_t::items::iterator collection_map_t::end()
+{
+    return m_items.expose().end();
+}
+
+bool collection_map_t::empty()
+{
+    return m_items.read().empty();
+}
+
+}  // namespace data_mapper4

@@ -1,0 +1,107 @@
+#include <cassert>
+
+#include "data_mapper/map_collection.h"
+#include "data_mapper/map_kind.h"
+
+namespace data_mapper4 {
+
+namespace {
+
+template <class table>
+const table& table_in(const std::map<ustring8, table>& store, const ustring8& map_name)
+{
+    const auto found = store.find(map_name);
+    assert(found != store.end());
+    return found->second;
+}
+
+}  // namespace
+
+map_type map_collection::type(const ustring8& map_name)
+{
+    const auto found = m_maps.find(map_name);
+    return found == m_maps.end() ? MT_UNKNOWN : found->second;
+}
+
+bool map_collection::is_loaded(const ustring8& map_name)
+{
+    return m_maps.count(map_name) != 0;
+}
+
+std::map<ustring8, map_type> map_collection::maps()
+{
+    return m_maps;
+}
+
+std::map<ustring8, map_type>::iterator map_collection::begin()
+{
+    return m_maps.begin();
+}
+
+std::map<ustring8, map_type>::iterator map_collection::end()
+{
+    return m_maps.end();
+}
+
+bool map_collection::has_item(const ustring8& map_name, const ustring8& item_name)
+{
+    const map_kind* const kind = map_kind::of_type(type(map_name));
+    return kind != nullptr && kind->has_item(*this, map_name, item_name);
+}
+
+bool map_collection::has_key(const ustring8& map_name, const ustring8& key)
+{
+    const map_kind* const kind = map_kind::of_type(type(map_name));
+    return kind != nullptr && kind->has_key(*this, map_name, key);
+}
+
+bool map_collection::get_arg(const ustring8& map_name, const ustring8& item_name, ustring8& value)
+{
+    return type(map_name) == MT_SIMPLE && simple_map(map_name).get_arg(item_name, value);
+}
+
+bool map_collection::get_args(const ustring8& map_name, const ustring8& item_name, std::vector<ustring8>& values)
+{
+    return type(map_name) == MT_VECTOR && vector_map(map_name).get_args(item_name, values);
+}
+
+bool map_collection::get_attribs(const ustring8& map_name, const ustring8& item_name,
+                                 std::map<ustring8, ustring8>& attribs)
+{
+    return type(map_name) == MT_COLLECTION && collection_map(map_name).get_attribs(item_name, attribs);
+}
+
+bool map_collection::get_attrib(const ustring8& map_name, const ustring8& item_name, const ustring8& attrib_name,
+                                ustring8& value)
+{
+    return type(map_name) == MT_COLLECTION && collection_map(map_name).get_attrib(item_name, attrib_name, value);
+}
+
+bool map_collection::get_args_vector(const ustring8& map_name, const ustring8& item_name,
+                                     std::vector<std::map<ustring8, ustring8>>& args_vector)
+{
+    return type(map_name) == MT_VECTOR_COLLECTION &&
+           vector_collection_map(map_name).get_args_vector(item_name, args_vector);
+}
+
+const map_t& map_collection::simple_map(const ustring8& map_name)
+{
+    return table_in(m_simple_maps, map_name);
+}
+
+const collection_map_t& map_collection::collection_map(const ustring8& map_name)
+{
+    return table_in(m_collection_maps, map_name);
+}
+
+const vector_map_t& map_collection::vector_map(const ustring8& map_name)
+{
+    return table_in(m_vector_maps, map_name);
+}
+
+const vector_collection_map_t& map_collection::vector_collection_map(const ustring8& map_name)
+{
+    return table_in(m_vector_collection_maps, map_name);
+}
+
+}  // namespace data_mapper4

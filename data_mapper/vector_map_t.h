@@ -1,0 +1,60 @@
+// vector_map_t: the vector map, a list of texts for each item name. map_t.h has the rules of all table classes.
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "data_mapper/map_t.h"
+
+namespace data_mapper4 {
+
+class DATA_MAPPER4_API vector_map_t
+{
+    friend class map_collection;
+
+public:
+    // Empty, no_error with line 0, no id.
+    vector_map_t();
+    vector_map_t(const vector_map_t& other);
+    ~vector_map_t();
+    vector_map_t& operator=(const vector_map_t& other);
+
+    // Reads the map's content off the parser's queue: a run of
+    //
+    //     <item name="KEY"/>  and behind it any number of  <arg name="TEXT"/>
+    //
+    // The rules are those of map_t::load, but that TEXT is not empty and that a faulty arg does not end the load: its
+    // item keeps the texts before it, loading goes on behind it, and the result stays invalid_format unless a later
+    // fault that ends the load replaces it.
+    //
+    // Results: no_error; invalid_format; duplicate_item. The line is that of the last item or arg taken; when none was
+    // taken it stays as it was. Cost: n log n in the items.
+    map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
+
+    // Removes all items; keeps the id and the result of the last load. Cost: linear in the items, constant while a copy
+    // shares them.
+    void clear();
+
+    // The map's name, as given to the last load.
+    ustring8 id();
+
+protected:
+    using items = std::map<ustring8, std::vector<ustring8>>;
+
+    // True when the table has the item. Cost: logarithmic.
+    bool has_item(const ustring8& item_name) const;
+
+    // True when the table has the item; values then holds its texts in the order of the document, perhaps none.
+    // Otherwise values is emptied. Cost: logarithmic, and the texts' copies.
+    bool get_args(const ustring8& item_name, std::vector<ustring8>& values) const;
+
+    items::iterator begin();
+    items::iterator end();
+    bool empty();
+
+    map_error_t m_error;  // the outcome of the last load
+    ustring8 m_id;
+    shared_items<items> m_items;
+};
+
+}  // namespace data_mapper4
