@@ -4,6 +4,8 @@ option(DATA_MAPPER4_TESTS "Build the tests (needs GoogleTest)" ON)
 option(DATA_MAPPER4_WERROR "Treat warnings as errors" ON)
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_EXTENSIONS OFF)
 
 add_library(data_mapper4_warnings INTERFACE)
 if(MSVC)

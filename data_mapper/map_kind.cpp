@@ -49,7 +49,8 @@ bool map_collection::map_kind::has_key_in_copy(const map_collection& maps, const
     return !copy.empty() && std::find(names.begin(), names.end(), key) != names.end();
 }
 
-bool map_collection::map_kind::has_no_key(const map_collection&, const ustring8&, const ustring8&)
+bool map_collection::map_kind::has_no_key(const map_collection& /*maps*/, const ustring8& /*map_name*/,
+                                          const ustring8& /*key*/)
 {
     return false;
 }

@@ -49,7 +49,7 @@ public:
     }
     shared_items& operator=(const shared_items& other)
     {
-        if (m_shared != other.m_shared) take(shared_items(other));
+        if (this != &other) take(shared_items(other));
         return *this;
     }
     ~shared_items()

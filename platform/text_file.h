@@ -24,7 +24,7 @@ public:
 private:
     struct closer
     {
-        void operator()(std::FILE* file) const { std::fclose(file); }
+        void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
     };
     std::unique_ptr<std::FILE, closer> m_file;
     std::size_t m_expected_size = 0;  // bytes; a hint

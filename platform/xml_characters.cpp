@@ -60,7 +60,7 @@ bool is_within(const range (&ranges)[size], char32_t code_point)
 
 }  // namespace
 
-const std::array<std::uint8_t, 256> byte_classes = make_byte_classes();
+constexpr std::array<std::uint8_t, 256> byte_classes = make_byte_classes();
 
 bool is_space(std::string_view text)
 {

@@ -102,7 +102,8 @@ void xml_node_reader::place(node& element)
 {
     const std::size_t position = m_scanner.position();
     const std::string_view before = m_text.substr(0, position);
-    for (std::size_t line_end; (line_end = before.find('\n', m_counted)) != before.npos; m_counted = m_line_begin) {
+    for (std::size_t line_end; (line_end = before.find('\n', m_counted)) != std::string_view::npos;
+         m_counted = m_line_begin) {
         m_line_begin = line_end + 1;
         ++m_line;
     }

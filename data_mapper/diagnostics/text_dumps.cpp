@@ -30,6 +30,8 @@ constexpr const char* parse_error_texts[] = {
 
 }  // namespace
 
+// Takes copies, as all of its kind do: it is called by hand.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void dump_node(NUVEK_2_18::parser::xml_stream_parser::node node, ustring8 prefix)
 {
     std::cout << prefix << (prefix.empty() ? "Node tag:  " : " node tag:  ") << node.tag << ", line:  ";
