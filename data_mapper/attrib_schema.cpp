@@ -16,6 +16,9 @@ constexpr std::size_t few_names = 16;
 
 bool has_equal_pair(const attrib_schema& schema)
 {
+    // Every element's first name is "name", so this alone tells of a schema that was filled before, however often.
+    if (!schema.empty() && std::find(std::next(schema.begin()), schema.end(), schema.front()) != schema.end())
+        return true;
     if (schema.size() <= few_names) {
         for (auto name = schema.begin(); name != schema.end(); ++name) {
             if (std::find(std::next(name), schema.end(), *name) != schema.end()) return true;

@@ -37,7 +37,7 @@ map_error_t collection_map_t::load(const ustring8& map_name, xml_stream_parser& 
 
 void collection_map_t::clear()
 {
-    m_items = shared_items<items>();
+    m_items.clear();
 }
 
 ustring8 collection_map_t::id()

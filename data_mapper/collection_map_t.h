@@ -33,8 +33,9 @@ public:
     //
     // Results: no_error; invalid_format and duplicate_item, at the item's line; duplicate_attrib, when the schema has a
     // name twice, and collection_error, when an item does not fit the schema, both with line 0. After a success the
-    // line is 0, or stays as it was when there was no item. Neither load nor clear empties the schema, so a second load
-    // of items into one table ends in duplicate_attrib: a table is for one load.
+    // line is 0, or stays as it was when there was no item. Neither load nor clear empties the schema, and every
+    // schema begins with "name", so a second load fails at its first sound item with duplicate_attrib: a table is for
+    // one load.
     //
     // Cost: n log n in the items' attributes; a row costs its attributes and the whole schema.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);

@@ -2,22 +2,25 @@
 //
 //     data_mapper4::map_collection maps;
 //     data_mapper4::map_error_t result = maps.load(L"maps\\world.xml");
-//     if (result.type() != data_mapper4::map_error_t::no_error) report(maps.map_error_as_string(result),
-//     result.line()); data_mapper4::ustring8 name; if (maps.get_arg("territory_names_en", "CH", name)) use(name);
+//     if (result.type() != data_mapper4::map_error_t::no_error) {
+//         std::cerr << maps.map_error_as_string(result) << ", line " << result.line() << '\n';
+//     }
+//     data_mapper4::ustring8 name;
+//     if (maps.get_arg("territory_names_en", "CH", name)) std::cout << name << '\n';
 //
 // Files. The root of a file is <maps>, without attributes. In it stand, in any order, map elements (<map>,
 // <vector_map>, <collection_map>, <vector_collection_map>), each with the one attribute "name", and
-// <include file="PATH"/>. A map element without content is passed over and not loaded. The headers of the table classes
-// have the content of each kind of map.
+// <include file="PATH"/>. A map element without child elements is passed over and not loaded. The headers of the table
+// classes have the content of each kind of map.
 //
-// Ownership: a collection owns all that it holds, and grows by loading; nothing is ever removed but by assigning an
-// empty collection. Copies are independent in everything that can be observed, but their tables share their items until
-// one of them changes: the cost of a copy is that of the maps' names and attribute names, whatever the number of items.
+// Ownership: a collection owns all that it holds, and grows by loading; only assignment removes anything. Copies are
+// independent in everything that can be observed, but their tables share their items until one of them changes: the
+// cost of a copy is that of the maps' names and attribute names, whatever the number of items.
 //
 // Threads: no locks, no threads, no global state. Any number of threads may query one collection at once, although its
-// queries are not const: they change nothing. Loading, assignment and destruction must not overlap with any other use
-// of the collection, copying not with loading. Two collections never disturb each other, whether or not one is a copy
-// of the other.
+// queries are not const: they change nothing. Loading into a collection, assigning to it and its destruction must not
+// overlap with any other use of it; copying it and assigning from it only read it. Two collections never disturb each
+// other, whether or not one is a copy of the other.
 //
 // Failures of input are results, never exceptions; a lookup never fails, it answers false. A shortage of memory
 // surfaces as std::bad_alloc or std::length_error; what was loaded before it stays.
@@ -43,29 +46,36 @@ public:
     map_collection(const map_collection& other);
     ~map_collection();
 
-    // Member by member; an exception on the way leaves the members before it assigned and those behind it as they were.
+    // Member by member, in the order of declaration. When memory runs out on the way, the members before it are the
+    // other collection's, the one at hand is empty and those behind it are as they were; lookups then answer false for
+    // a name whose table is not there.
     map_collection& operator=(const map_collection& other);
 
     // Loads a file and all that it includes, and adds its maps to those that are loaded. A fault ends the file that it
     // is found in, not the files that include that one; what was loaded before it stays, and nothing of the faulty map
     // does.
     //
-    // path: wide characters, each one unit of UTF-16 (where wide characters are wider, a character beyond U+FFFF is
-    // written as its two surrogates), up to the first zero. An include's path is the base directory with the value of
-    // "file" behind it. The base directory is the part of the first path loaded into the collection that ends with its
-    // last backslash; a slash does not count, so a path without a backslash makes includes resolve against the current
-    // directory (or the directory of the first include that has a backslash). On systems whose separator is the slash,
-    // a path that names no file is tried again with slashes for its backslashes: write L"maps\\world.xml" everywhere.
+    // path: wide characters, each one unit of UTF-16, up to the first zero. Where wide characters are wider, a
+    // character beyond U+FFFF is written as its two surrogates; written as one it would be cut to 16 bits.
+    //
+    // An include's path is the base directory with the value of "file" behind it. The base directory is everything up
+    // to and with the last backslash of the first path that has one, among those that the collection was told to load
+    // or include, whether or not there is such a file; it then stays for good. A slash does not count. Until there is
+    // one, includes are relative to the current directory. On systems whose separator is the slash, a path that names
+    // no file is tried again with slashes for its backslashes: write L"maps\\world.xml" everywhere.
     //
     // Result: no_error, or what ended the master file: file_not_found, invalid_format, duplicate_map, or what the load
     // of a table came to. The outcome of an included file shows only if nothing behind its include sets the result. A
     // file that is included while it is still being read, with no map loaded in between, comes to invalid_format
     // instead of being entered again.
     //
-    // Line: that of the last table load in this file or one included before the place; 0 where none came first, and for
-    // a file that cannot be opened or is not well-formed. It is not the line of a misplaced element.
+    // Line: what the last table load before the place reported (the table classes' headers say which line that is; a
+    // collection map's is 0), or 0 when a file was begun since then, included ones among them. It is not the line of a
+    // misplaced element.
     //
-    // Cost: linear in the files, n log n in items and maps; the include chain's depth costs memory, not stack.
+    // Cost: linear in the files, each counted as often as it is included, and n log n in items and maps. A file is read
+    // once for every way in which includes lead to it, so files that include each other many times over multiply. How
+    // deep includes go costs memory, not stack.
     map_error_t load(const std::wstring& path);
 
     // The kind of the map, MT_UNKNOWN when it is not loaded. Cost, as of all lookups: logarithmic in the number of

@@ -32,10 +32,13 @@ std::wstring wide(const ustring8& text)
 
 // Reads one file and all that it includes, following
 //
-//     file    = root (map-end | map | include)* root-end
-//     root    = a node <maps> without attributes
-//     map     = a start node of one of the four kinds, with the one attribute name="NAME", and its content
-//     include = a node <include file="PATH">
+//     file     = root (map | map-end | include)* root-end
+//     root     = the first node: <maps> without attributes
+//     map      = a node of one of the four kinds with the one attribute name="NAME"; a start node is followed by the
+//                map's content, any other node is passed over
+//     map-end  = a node of one of the four kinds without attributes, not a start node
+//     include  = a node <include file="PATH">
+//     root-end = any further node <maps>; it has no attributes, and the document is complete
 //
 // The files being read, each waiting for the one that it includes, are a list and not nested calls: how deep includes
 // go is the input's choice, and must not be what the host's stack is measured by.

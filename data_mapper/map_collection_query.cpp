@@ -7,12 +7,20 @@ namespace data_mapper4 {
 
 namespace {
 
+// The table, or nullptr. An assignment that ran out of memory may leave a name in the registry whose table is missing.
+template <class table>
+const table* find_in(const std::map<ustring8, table>& store, const ustring8& map_name)
+{
+    const auto found = store.find(map_name);
+    return found == store.end() ? nullptr : &found->second;
+}
+
 template <class table>
 const table& table_in(const std::map<ustring8, table>& store, const ustring8& map_name)
 {
-    const auto found = store.find(map_name);
-    assert(found != store.end());
-    return found->second;
+    const table* const found = find_in(store, map_name);
+    assert(found != nullptr);
+    return *found;
 }
 
 }  // namespace
@@ -57,31 +65,36 @@ bool map_collection::has_key(const ustring8& map_name, const ustring8& key)
 
 bool map_collection::get_arg(const ustring8& map_name, const ustring8& item_name, ustring8& value)
 {
-    return type(map_name) == MT_SIMPLE && simple_map(map_name).get_arg(item_name, value);
+    const map_t* const map = type(map_name) == MT_SIMPLE ? find_in(m_simple_maps, map_name) : nullptr;
+    return map != nullptr && map->get_arg(item_name, value);
 }
 
 bool map_collection::get_args(const ustring8& map_name, const ustring8& item_name, std::vector<ustring8>& values)
 {
-    return type(map_name) == MT_VECTOR && vector_map(map_name).get_args(item_name, values);
+    const vector_map_t* const map = type(map_name) == MT_VECTOR ? find_in(m_vector_maps, map_name) : nullptr;
+    return map != nullptr && map->get_args(item_name, values);
 }
 
 bool map_collection::get_attribs(const ustring8& map_name, const ustring8& item_name,
                                  std::map<ustring8, ustring8>& attribs)
 {
-    return type(map_name) == MT_COLLECTION && collection_map(map_name).get_attribs(item_name, attribs);
+    const auto* const map = type(map_name) == MT_COLLECTION ? find_in(m_collection_maps, map_name) : nullptr;
+    return map != nullptr && map->get_attribs(item_name, attribs);
 }
 
 bool map_collection::get_attrib(const ustring8& map_name, const ustring8& item_name, const ustring8& attrib_name,
                                 ustring8& value)
 {
-    return type(map_name) == MT_COLLECTION && collection_map(map_name).get_attrib(item_name, attrib_name, value);
+    const auto* const map = type(map_name) == MT_COLLECTION ? find_in(m_collection_maps, map_name) : nullptr;
+    return map != nullptr && map->get_attrib(item_name, attrib_name, value);
 }
 
 bool map_collection::get_args_vector(const ustring8& map_name, const ustring8& item_name,
                                      std::vector<std::map<ustring8, ustring8>>& args_vector)
 {
-    return type(map_name) == MT_VECTOR_COLLECTION &&
-           vector_collection_map(map_name).get_args_vector(item_name, args_vector);
+    const bool is_kind = type(map_name) == MT_VECTOR_COLLECTION;
+    const auto* const map = is_kind ? find_in(m_vector_collection_maps, map_name) : nullptr;
+    return map != nullptr && map->get_args_vector(item_name, args_vector);
 }
 
 const map_t& map_collection::simple_map(const ustring8& map_name)

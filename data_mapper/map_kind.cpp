@@ -36,7 +36,9 @@ template <auto store>
 bool map_collection::map_kind::has_item_in_copy(const map_collection& maps, const ustring8& map_name,
                                                 const ustring8& item_name)
 {
-    auto copy = (maps.*store).find(map_name)->second;
+    const auto found = (maps.*store).find(map_name);
+    if (found == (maps.*store).end()) return false;
+    auto copy = found->second;
     return !copy.empty() && copy.has_item(item_name);
 }
 
@@ -44,7 +46,9 @@ template <auto store>
 bool map_collection::map_kind::has_key_in_copy(const map_collection& maps, const ustring8& map_name,
                                                const ustring8& key)
 {
-    auto copy = (maps.*store).find(map_name)->second;
+    const auto found = (maps.*store).find(map_name);
+    if (found == (maps.*store).end()) return false;
+    auto copy = found->second;
     const auto& names = copy.m_attrib_names;
     return !copy.empty() && std::find(names.begin(), names.end(), key) != names.end();
 }

@@ -44,7 +44,7 @@ map_error_t map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 
 void map_t::clear()
 {
-    m_items = shared_items<items>();
+    m_items.clear();
 }
 
 ustring8 map_t::id()

@@ -11,8 +11,9 @@
 //
 // Ownership: a table owns its strings. Copies are independent in everything that can be observed, but they share their
 // items until one of them changes, so that a copy costs the same whatever the number of items; the copying is done by
-// the first change. A table whose begin() or end() was called is copied item by item from then on, since its iterators
-// can change items. Assignment and clear invalidate the iterators of the table, those of end() included.
+// the first change. begin() and end() count as a change, since their iterators can change items, and a table on which
+// one of them was called is copied item by item until the next assignment to it. Assignment and clear invalidate the
+// iterators of the table, those of end() included.
 //
 // Threads: no locks. Several threads may call const members of one table at once, and copy it; anything else must not
 // overlap with another use of the same table. Two tables never disturb each other, whether or not they share items.
@@ -20,7 +21,8 @@
 // Names are compared byte by byte: no case folding, no normalisation, no trimming. Items are in the order of ustring8.
 //
 // Failures of input are results, never exceptions. A shortage of memory surfaces as std::bad_alloc or
-// std::length_error; the table then holds what was loaded before it.
+// std::length_error: after a load the table holds what was loaded before it; after an assignment, which goes member by
+// member in the order of declaration, the members before it are the other table's, and those behind it as they were.
 #pragma once
 
 #include <atomic>
@@ -66,6 +68,15 @@ public:
     {
         if (m_shared->holders.load(std::memory_order_acquire) != 1) take(shared_items(read()));
         return m_shared->items;
+    }
+
+    void clear()
+    {
+        if (m_shared->holders.load(std::memory_order_acquire) == 1) {
+            m_shared->items.clear();
+        } else {
+            take(shared_items());
+        }
     }
 
     // The container, to hand out iterators that can change it at any time: never shared from here on.

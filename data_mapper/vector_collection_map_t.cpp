@@ -63,7 +63,7 @@ map_error_t vector_collection_map_t::load(const ustring8& map_name, xml_stream_p
 
 void vector_collection_map_t::clear()
 {
-    m_items = shared_items<items>();
+    m_items.clear();
 }
 
 ustring8 vector_collection_map_t::id()

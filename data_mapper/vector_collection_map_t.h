@@ -35,11 +35,12 @@ public:
     // that is another arg, or not an item, the load ends with the fault. Otherwise the next arg that is sound sets the
     // result back to no_error, and the fault is forgotten; an item without args leaves it as it is and is dropped too.
     //
-    // Results: no_error; invalid_format; duplicate_item; and duplicate_attrib and collection_error with line 0 when the
-    // queue ends behind the arg. The line is that of the node that ended the content; where the queue ended, that of
-    // the last item or faulty arg, 0 after a sound arg; it stays as it was when the queue was empty from the start.
-    // Neither load nor clear empties the schema, so a second load of args into one table meets duplicate_attrib: a
-    // table is for one load.
+    // Results: no_error; invalid_format; duplicate_item; duplicate_attrib, when the schema has a name twice; and
+    // collection_error, when an arg does not fit the schema. The line is that of the node that ended the content; where
+    // the queue ended, that of the last item or badly formed arg, and 0 behind any other arg; it stays as it was when
+    // the queue was empty from the start. Neither load nor clear empties the schema, and every schema begins with
+    // "name", so in a second load every sound arg appends its names and meets duplicate_attrib: a table is for one
+    // load.
     //
     // Cost: n log n in the args' attributes; a row costs its attributes and the whole schema.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);

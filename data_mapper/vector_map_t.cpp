@@ -45,7 +45,7 @@ map_error_t vector_map_t::load(const ustring8& map_name, xml_stream_parser& pars
 
 void vector_map_t::clear()
 {
-    m_items = shared_items<items>();
+    m_items.clear();
 }
 
 ustring8 vector_map_t::id()

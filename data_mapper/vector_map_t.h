@@ -24,8 +24,9 @@ public:
     //     <item name="KEY"/>  and behind it any number of  <arg name="TEXT"/>
     //
     // The rules are those of map_t::load, but that TEXT is not empty and that a faulty arg does not end the load: its
-    // item keeps the texts before it, loading goes on behind it, and the result stays invalid_format unless a later
-    // fault that ends the load replaces it.
+    // item keeps the texts before it, the result is invalid_format from there on, and loading goes on if an item
+    // follows. A later fault of an item ends the load with its own code. If another arg follows the faulty one, it
+    // stays in front.
     //
     // Results: no_error; invalid_format; duplicate_item. The line is that of the last item or arg taken; when none was
     // taken it stays as it was. Cost: n log n in the items.

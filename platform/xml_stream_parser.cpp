@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "platform/text_file.h"
 #include "platform/xml_document.h"
@@ -35,8 +36,11 @@ struct xml_stream_parser::state
     void make_front()
     {
         if (is_front_made || waiting == 0) return;
+        // An exception on the way leaves the reader within a node, so there must be no going on.
+        const std::size_t count = std::exchange(waiting, 0);
         front = reader.read();
         is_front_made = true;
+        waiting = count;
     }
 
     text_file file;

@@ -1,0 +1,286 @@
+// Loading master files with their includes, and asking what was loaded.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "data_mapper/map_collection.h"
+#include "documents.h"
+
+using namespace data_mapper4;
+
+namespace {
+
+struct opened : map_collection
+{
+    using map_collection::m_base_dir;
+    using map_collection::m_error;
+    using map_collection::m_file;
+    using map_collection::simple_map;
+};
+
+// Code and line | the maps with their kinds' values | the last file begun.
+std::string rendered(opened& maps, map_error_t error, const documents::folder& folder)
+{
+    std::string text = maps.map_error_as_string(error) + ' ' + std::to_string(error.line()) + " |";
+    for (const auto& [name, type] : maps) text += ' ' + name + ':' + std::to_string(type);
+    const std::wstring base = folder.path("");
+    const std::wstring file = maps.m_file.substr(maps.m_file.rfind(base, 0) == 0 ? base.size() : 0);
+    return text + " | " + std::string(file.begin(), file.end());
+}
+
+// Files as one text: each begins with a zero and its name, which its content's "<" ends. The first one is loaded.
+std::string load(const std::string& files)
+{
+    const documents::folder folder;
+    std::string first;
+    for (std::size_t at = 0, end = 0; at < files.size(); at = end) {
+        end = std::min(files.find('\0', at + 1), files.size());
+        const std::string name = files.substr(at + 1, files.find('<', at) - at - 1);
+        folder.write(name, files.substr(at + 1 + name.size(), end - at - 1 - name.size()));
+        if (first.empty()) first = name;
+    }
+    opened maps;
+    const map_error_t error = maps.load(folder.path(first));
+    EXPECT_EQ(maps.m_base_dir, folder.path(""));
+    return rendered(maps, error, folder);
+}
+
+// A small map of each kind, on one line.
+const std::string m = "<map name='m'><item name='k'/><arg name='v'/></map>";
+const std::string c = "<collection_map name='c'><item name='k' x='1'/><item name='l'/></collection_map>";
+const std::string v = "<vector_map name='v'><item name='k'/><arg name='1'/><arg name='2'/></vector_map>";
+const std::string vc =
+    "<vector_collection_map name='vc'><item name='k'/><arg name='s' x='1'/><arg name='t'/><item name='l'/>"
+    "</vector_collection_map>";
+
+std::string file_of(const std::string& content)
+{
+    return "<maps>" + content + "</maps>";
+}
+
+std::string file(const std::string& name, const std::string& content)
+{
+    return '\0' + name + file_of(content);
+}
+
+std::string include(const std::string& path)
+{
+    return "<include file='" + path + "'/>";
+}
+
+}  // namespace
+
+TEST(MapCollection, AMasterFileIsJudgedWrongly)
+{
+    const std::string begin = "<maps>\n" + m + "\n";
+    documents::check(
+        {
+            {"no_error 0 | | a", {"<maps></maps>", "<maps/>", "<maps>", "<maps>\n<map name='n'/></maps>"}},
+            {"invalid_format 0 | | a", {"<maps a='1'/>", "<!---->", "<map/>", "<Maps></Maps>", begin + "</map>"}},
+            {"no_error 5 | c:1 m:0 v:2 vc:3 | a", {begin + c + "\n" + v + "\n" + vc + "</maps>"}},
+            // the input ends behind a map, or goes on with what is passed over
+            {"no_error 2 | m:0 | a",
+             {begin, begin + "</maps>", begin + "<maps/>" + c + "</maps>", begin + "<map name='n'/></maps>",
+              begin + "<map/><collection_map/><vector_map> </vector_map><vector_collection_map/></maps>"}},
+            {"no_error 0 | m:0 n:0 | a", {begin + "<map name='n'>"}},
+            // one element wrong: the line is that of the last load
+            {"invalid_format 2 | m:0 | a",
+             {begin + "<maps a='1'/></maps>", begin + "<maps a='1'><x/></maps></maps>", begin + "<maps></maps>",
+              begin + "<map name='n' b='1'><x/></map></maps>", begin + "<map nam='n'><x/></map></maps>",
+              begin + "<map name=''><x/></map></maps>", begin + "<Map name='n'><x/></Map></maps>",
+              begin + "<map><x/></map></maps>", begin + "<include/></maps>", begin + "<include name='x'/></maps>",
+              begin + "<x/></maps>", begin + "<x name='n'/></maps>"}},
+            {"duplicate_map 2 | m:0 | a", {begin + "<x name='m'/></maps>", begin + "<vector_map name='m'/></maps>"}},
+            {"invalid_format 0 | m:0 | x", {begin + "<include file='x'><x/></include></maps>"}},
+            // a map wrong: nothing of it stays, and its line is reported
+            {"duplicate_item 5 | m:0 | a", {begin + "<map name='n'>\n<item name='a'/>\n<item name='a'/></map></maps>"}},
+            {"invalid_format 3 | m:0 n:0 | a",
+             {begin + "<map name='n'><item name='a'/><arg name='x'/><arg name='y'/></map></maps>"}},
+        },
+        [](const std::string& document) { return load('\0' + ("a" + document)); });
+}
+
+TEST(MapCollection, AnIncludeIsResolvedOrReportedWrongly)
+{
+    const std::string sizes = "\n<map name='sizes'>\n<item name='s'/><arg name='small'/></map>";
+    const std::string open = std::string(1, '\0') + "a<maps>";
+    documents::check(
+        {
+            {"no_error 3 | sizes:0 v:2 | b", {file("a", include("b") + sizes) + file("b", v)}},
+            {"no_error 1 | sizes:0 v:2 | b", {file("a", sizes + include("b")) + file("b", v)}},
+            // the outcome of an include shows only if nothing behind it sets the result
+            {"no_error 1 | m:0 | b", {file("a", include("b") + m)}},
+            {"no_error 0 | m:0 | b", {file("a", m + include("b"))}},
+            {"file_not_found 0 | | b", {open + include("b")}},
+            {"invalid_format 1 | m:0 | b", {file("a", include("b") + "<x/>") + file("b", m + "<x/>" + c)}},
+            {"no_error 0 | | ", {file("a", include(""))}},
+            // always relative to the first file's directory, with either separator
+            {"no_error 1 | m:0 | c", {file("a", include("d\\b")) + file("d/b", include("c")) + file("c", m)}},
+            {"no_error 1 | m:0 | d/c", {file("a", include("d/b")) + file("d/b", include("d/c")) + file("d/c", m)}},
+            // a name taken in an include ends that file only
+            {"no_error 1 | c:1 m:0 v:2 | b", {file("a", m + include("b") + v) + file("b", c + m + vc)}},
+            // files that include themselves, or one another
+            {"no_error 0 | | a", {file("a", include("a")), file("a", include("b")) + file("b", include("a"))}},
+            {"invalid_format 0 | | a", {open + include("a"), file("a", include("a") + "<x/>")}},
+            {"no_error 1 | m:0 v:2 | a", {file("a", include("b") + m) + file("b", include("a") + v)}},
+            {"no_error 0 | m:0 | b", {file("a", include("b") + include("b")) + file("b", m)}},
+            // once something is loaded the same file is entered again, and goes as far as its first known name
+            {"no_error 1 | m:0 v:2 | a", {file("a", m + include("a") + v)}},
+            {"no_error 1 | m:0 v:2 | c",
+             {file("a", include("b") + include("c")) + file("b", m) + file("c", include("a") + v)}},
+        },
+        load);
+}
+
+TEST(MapCollection, ADeepChainOfIncludesExhaustsTheStack)
+{
+    const documents::folder folder;
+    const int depth = 3000;
+    for (int i = 0; i < depth; ++i) folder.write(std::to_string(i), file_of(include(std::to_string(i + 1))));
+    folder.write(std::to_string(depth), file_of(m));
+    opened maps;
+    EXPECT_EQ(rendered(maps, maps.load(folder.path("0")), folder), "no_error 1 | m:0 | 3000");
+}
+
+TEST(MapCollection, APathWithoutABackslashFindsOtherFiles)
+{
+    const documents::folder folder;
+    folder.write("a.xml", file_of(include("b.xml") + include("d\\c.xml") + include("c.xml")));
+    folder.write("b.xml", file_of(m));
+    folder.write("d/c.xml", file_of(v));
+    folder.write("d/b.xml", file_of(vc));
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.system_path(""));
+    opened maps;
+    const map_error_t error = maps.load(L"a.xml");
+    opened missing;
+    EXPECT_EQ(missing.load(L"none.xml").type(), map_error_t::file_not_found);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(rendered(maps, error, folder), "no_error 0 | m:0 v:2 | d\\c.xml");
+    EXPECT_EQ(maps.m_base_dir, L"d\\");
+}
+
+TEST(MapCollection, ASecondLoadReplacesTheFirst)
+{
+    const documents::folder folder;
+    folder.write("one/a.xml", file_of(m));
+    folder.write("one/b.xml", file_of(c));
+    folder.write("two/a.xml", file_of(include("b.xml") + v + m + vc));
+    opened maps;
+    maps.load(folder.path("one/a.xml"));
+    EXPECT_EQ(rendered(maps, maps.load(folder.path("two/a.xml")), folder),
+              "duplicate_map 1 | c:1 m:0 v:2 | one\\b.xml");
+    EXPECT_EQ(rendered(maps, maps.load(folder.path("none")), folder), "file_not_found 0 | c:1 m:0 v:2 | none");
+    // A new collection assigned is the way back to the beginning.
+    maps = opened();
+    EXPECT_EQ(rendered(maps, maps.load(folder.path("two/a.xml")), folder), "no_error 1 | m:0 v:2 vc:3 | two\\b.xml");
+}
+
+TEST(MapCollection, AQueryAnswersForAnotherKind)
+{
+    const documents::folder folder;
+    folder.write("a.xml", file_of(m + c + v + vc +
+                                  "<map name='e'>\n</map><vector_collection_map name='f'><item name='k'/>"
+                                  "</vector_collection_map>"));
+    opened maps;
+    ASSERT_EQ(maps.load(folder.path("a.xml")).type(), map_error_t::no_error);
+    EXPECT_FALSE(maps.is_loaded("e")) << "a map element without content";
+
+    // For each name the answers of all five lookups, and what became of their outputs, which were "?" before.
+    using set = std::map<ustring8, ustring8>;
+    const auto answers = [&](const char* name, const char* item) {
+        ustring8 text = "?";
+        std::vector<ustring8> list = {"?"};
+        set attribs = {{"?", "?"}};
+        ustring8 attrib = "?";
+        std::vector<set> sets(7);
+        std::string line = maps.get_arg(name, item, text) ? "+" : "-";
+        line += maps.get_args(name, item, list) ? "+" : "-";
+        line += maps.get_attribs(name, item, attribs) ? "+" : "-";
+        line += maps.get_attrib(name, item, "x", attrib) ? "+" : "-";
+        line += maps.get_args_vector(name, item, sets) ? "+" : "-";
+        line += ' ' + text + ' ';
+        for (const auto& value : list) line += value + ',';
+        for (const auto& [key, value] : attribs) line += ' ' + key + '=' + value;
+        return line + ' ' + attrib + ' ' + std::to_string(sets.size());
+    };
+    const char* const nothing = "----- ? ?, ?=? ? 7";
+    EXPECT_EQ(answers("m", "k"), "+---- v ?, ?=? ? 7");
+    EXPECT_EQ(answers("m", "none"), nothing);
+    EXPECT_EQ(answers("v", "k"), "-+--- ? 1,2, ?=? ? 7");
+    EXPECT_EQ(answers("v", "none"), "----- ?  ?=? ? 7");
+    EXPECT_EQ(answers("c", "k"), "--++- ? ?, name=k x=1 1 7");
+    EXPECT_EQ(answers("c", "l"), "--++- ? ?, name=l x=  7") << "an attribute left out";
+    EXPECT_EQ(answers("c", "none"), "----- ? ?, ? 7");
+    EXPECT_EQ(answers("vc", "k"), "----+ ? ?, ?=? ? 2");
+    EXPECT_EQ(answers("vc", "none"), "----- ? ?, ?=? ? 0");
+    for (const char* name : {"M", "e", ""}) EXPECT_EQ(answers(name, "k"), nothing);
+
+    for (const char* name : {"m", "c", "v", "vc", "f", "M", ""}) {
+        const bool is_loaded = maps.is_loaded(name);
+        EXPECT_EQ(is_loaded, *name != 'M' && *name != 0);
+        EXPECT_EQ(maps.has_item(name, "k"), is_loaded) << name;
+        EXPECT_FALSE(maps.has_item(name, "none"));
+        EXPECT_EQ(maps.has_key(name, "name"), *name == 'c' || ustring8(name) == "vc") << name;
+        EXPECT_FALSE(maps.has_key(name, "k"));
+    }
+    EXPECT_EQ(maps.type("vc"), MT_VECTOR_COLLECTION);
+    EXPECT_EQ(maps.type("M"), MT_UNKNOWN);
+
+    ustring8 text = "x";
+    EXPECT_TRUE(maps.get_attrib("c", "l", text, text)) << "the output may be one of the names";
+    EXPECT_FALSE(maps.get_attrib("c", "k", "y", text));
+    std::vector<set> sets;
+    EXPECT_TRUE(maps.get_args_vector("vc", "k", sets));
+    EXPECT_EQ(sets, (std::vector<set>{{{"name", "s"}, {"x", "1"}}, {{"name", "t"}, {"x", ""}}}));
+    EXPECT_TRUE(maps.get_args_vector("vc", "l", sets));
+    EXPECT_TRUE(sets.empty());
+
+    auto registry = maps.maps();
+    EXPECT_TRUE(std::equal(registry.begin(), registry.end(), maps.begin(), maps.end()));
+    registry.clear();
+    EXPECT_TRUE(maps.is_loaded("m"));
+#if !defined(NDEBUG)
+    EXPECT_DEATH(maps.simple_map("v"), "");
+#endif
+}
+
+TEST(MapCollection, ACopyLosesSomethingOrSharesIt)
+{
+    const documents::folder folder;
+    folder.write("a.xml", file_of(m + v));
+    folder.write("d/b.xml", file_of(include("c.xml")));
+    folder.write("c.xml", file_of(c));
+    opened maps;
+    maps.load(folder.path("a.xml"));
+    opened copy = maps;
+    EXPECT_EQ(rendered(copy, copy.m_error, folder), "no_error 1 | m:0 v:2 | a.xml");
+    EXPECT_EQ(rendered(copy, copy.load(folder.path("d/b.xml")), folder), "no_error 0 | c:1 m:0 v:2 | c.xml");
+    EXPECT_FALSE(maps.is_loaded("c"));
+    maps = *&maps;
+    EXPECT_EQ(rendered(maps, maps.m_error, folder), "no_error 1 | m:0 v:2 | a.xml");
+    maps = opened();
+    EXPECT_EQ(rendered(maps, maps.m_error, folder), "no_error 0 | | ");
+    EXPECT_EQ(maps.m_base_dir, L"");
+    EXPECT_TRUE(copy.has_item("m", "k"));
+}
+
+// Loads a good file cut at every byte: a result, never a crash, and the maps before the cut.
+TEST(MapCollection, ACutFileLosesEarlierMaps)
+{
+    const std::string whole = file_of(m + c + vc);
+    const documents::folder folder;
+    const std::size_t last_map = whole.find("<vector_collection");
+    const std::vector<std::size_t> behind_items = {whole.find("<arg"), whole.find("<arg", last_map),
+                                                   whole.rfind("</vector_collection")};
+    // Where the input ends between elements the nodes decide; inside one the file is not well-formed, and not read.
+    for (std::size_t size = 1; size < whole.size(); ++size) {
+        folder.write("a.xml", whole.substr(0, size));
+        opened maps;
+        const auto code = maps.load(folder.path("a.xml")).type();
+        const bool is_read = whole[size - 1] == '>';
+        const bool ends_with_item = std::count(behind_items.begin(), behind_items.end(), size) != 0;
+        EXPECT_EQ(maps.is_loaded("m"), is_read && size >= whole.find("<item") && size != whole.find("<arg")) << size;
+        EXPECT_EQ(code == map_error_t::no_error, is_read && !ends_with_item) << size;
+    }
+}

@@ -1,0 +1,256 @@
+// The four kinds of map, each on its own: what a table makes of its map's content.
+#include <gtest/gtest.h>
+
+#include "data_mapper/attrib_schema.h"
+#include "data_mapper/map_collection.h"
+#include "documents.h"
+
+using namespace data_mapper4;
+using documents::check;
+using documents::parsed;
+
+namespace {
+
+template <class table>
+struct opened : table
+{
+    using table::empty;
+    using table::m_error;
+    using table::m_items;
+};
+
+struct opened_collection : opened<collection_map_t>
+{
+    using collection_map_t::get_attrib;
+    using collection_map_t::get_attribs;
+    using collection_map_t::m_attrib_names;
+};
+
+struct opened_vector_collection : opened<vector_collection_map_t>
+{
+    using vector_collection_map_t::get_args_vector;
+    using vector_collection_map_t::m_attrib_names;
+};
+
+std::string rendered(const ustring8& value)
+{
+    return value;
+}
+
+template <class value>
+std::string rendered(const std::vector<value>& values)
+{
+    std::string text;
+    for (const value& each : values) text += (text.empty() ? "" : ",") + rendered(each);
+    return '(' + text + ')';
+}
+
+template <class table>
+std::string content(table& map)
+{
+    std::string text;
+    for (const auto& [name, value] : map.m_items.read()) text += ' ' + name + '=' + rendered(value);
+    return text;
+}
+
+template <class table>
+std::string schema(const table& map)
+{
+    if constexpr (std::is_base_of_v<opened_collection, table> || std::is_base_of_v<opened_vector_collection, table>) {
+        return ' ' + rendered(map.m_attrib_names);
+    }
+    return "";
+}
+
+// A document whose root and map element stand on line 1 with the first element of the content; each further element has
+// a line of its own. "$" at the content's end is the end of the input, otherwise the map's end tag follows.
+std::string document(std::string text)
+{
+    const bool is_cut = !text.empty() && text.back() == '$';
+    if (is_cut) text.pop_back();
+    for (std::size_t at = 0; (at = text.find("><", at)) != std::string::npos;) text.insert(++at, "\n");
+    return "<maps><map name='m'>" + text + (is_cut ? "" : "\n</map></maps>");
+}
+
+// Loads content into a table: code and line | schema and items | the tag that waits.
+template <class table>
+std::string load(table& map, const std::string& text)
+{
+    parsed parser(document(text));
+    parser->node_queue_pop();
+    parser->node_queue_pop();
+    map_error_t error = map.load("m", *parser);
+    EXPECT_EQ(error.type(), map.m_error.type());
+    EXPECT_EQ(error.line(), map.m_error.line());
+    EXPECT_EQ(map.id(), "m");
+    const std::string waiting = parser->node_queue_empty() ? "end" : parser->node_queue_front().tag;
+    return map_collection().map_error_as_string(error) + ' ' + std::to_string(error.line()) + " |" + schema(map) +
+           content(map) + " | " + waiting;
+}
+
+template <class table>
+std::string load_new(const std::string& text)
+{
+    table map;
+    return load(map, text);
+}
+
+}  // namespace
+
+TEST(Tables, ASimpleMapReadsOtherItems)
+{
+    check(
+        {
+            {"no_error 0 | | end", {"$"}},
+            {"no_error 0 | | x", {"<x/>"}},
+            {"no_error 0 | | Item", {"<Item name='a'/>"}},
+            {"no_error 3 | a=x b= | x", {"<item name='a'/><arg name='x'/><item name='b'/><x/>"}},
+            {"no_error 1 | a=x | end", {"<item name='a'/><arg name='x'/>$"}},
+            {"no_error 1 | a= | map",
+             {"<item name='a'/><arg name=''/>", "<item name='a'/>", "<item name='a'> \n</item>"}},
+            {"no_error 1 | a=x | arg", {"<item name='a'/><arg name='x'/><arg name='y'/>"}},
+            {"no_error 4 | B= b= bb= Ä= | map", {"<item name='b'/><item name='B'/><item name='bb'/><item name='Ä'/>"}},
+            {"invalid_format 1 | | end", {"<item name='a'/>$"}},
+            {"duplicate_item 2 | a= | arg", {"<item name='a'/><item name='a'/><arg name='x'/>"}},
+            // one thing wrong with an item, or with an arg
+            {"invalid_format 1 | | x",
+             {"<item name=''/><x/>", "<item/><x/>", "<item Name='a'/><x/>", "<item name='a' id='1'/><x/>",
+              "<item name='a'>t</item><x/>", "<item name='a'/><arg/><x/>", "<item name='a'/><arg nam='x'/><x/>",
+              "<item name='a'/><arg name='x' b=''/><x/>", "<item name='a'/><arg name='x'>t</arg><x/>"}},
+            // an arg inside its item: the item's end tag is an item without a name
+            {"invalid_format 3 | a=x | map", {"<item name='a'><arg name='x'/></item>"}},
+        },
+        load_new<opened<map_t>>);
+}
+
+TEST(Tables, AVectorMapStopsAtAFaultyArg)
+{
+    check(
+        {
+            {"no_error 0 | | end", {"$"}},
+            {"no_error 4 | a=(x,y) b=() | x", {"<item name='a'/><arg name='x'/><arg name='y'/><item name='b'/><x/>"}},
+            {"no_error 3 | a=(x,x) | map", {"<item name='a'/><arg name='x'/><arg name='x'/>"}},
+            {"no_error 2 | a=(x) | end", {"<item name='a'/><arg name='x'/>$"}},
+            {"invalid_format 1 | | end", {"<item name='a'/>$"}},
+            {"duplicate_item 2 | a=() | arg", {"<item name='a'/><item name='a'/><arg name='x'/>"}},
+            {"invalid_format 2 | a=() | map",
+             {"<item name='a'/><arg name=''/>", "<item name='a'/><arg name='x' b=''/>", "<item name='a'/><arg/>",
+              "<item name='a'/><arg name='x'>t</arg>"}},
+            {"invalid_format 3 | a=(x) | arg", {"<item name='a'/><arg name='x'/><arg name=''/><arg name='y'/>"}},
+            {"invalid_format 4 | a=() b=(z) | map", {"<item name='a'/><arg name=''/><item name='b'/><arg name='z'/>"}},
+            {"duplicate_item 3 | a=() | map", {"<item name='a'/><arg name=''/><item name='a'/>"}},
+        },
+        load_new<opened<vector_map_t>>);
+}
+
+TEST(Tables, ACollectionMapMixesUpItsColumns)
+{
+    check(
+        {
+            {"no_error 0 | () | end", {"$"}},
+            {"no_error 0 | () | x", {"<x/>"}},
+            {"no_error 0 | (name,c,s) a=(a,r,4) b=(b,,5) | map",
+             {"<item name='a' c='r' s='4'/><item name='b' s='5'/>"}},
+            {"no_error 0 | (name,c,s) a=(a,,4) b=(b,6,5) | map",
+             {"<item name='a' c='' s='4'/><item name='b' s='5' c='6'/>"}},
+            {"no_error 0 | (name,c) a=(a,1) | end", {"<item name='a' c='1'/>$"}},
+            {"no_error 0 | (name,c) a=(a,1) | arg", {"<item name='a' c='1'/><arg name='x'/><item name='b'/>"}},
+            {"collection_error 0 | (name,c) a=(a,1) | map",
+             {"<item name='a' c='1'/><item name='b' c='2' w='2'/>", "<item name='a' c='1'/><item name='b' w='2'/>"}},
+            {"collection_error 0 | (name) a=(a) | map", {"<item name='a'/><item name='b' c='2'/>"}},
+            {"duplicate_item 2 | (name) a=(a) | map", {"<item name='a'/><item name='a'/>"}},
+            {"invalid_format 1 | () | map",
+             {"<item c='red' name='a'/>", "<item name='' c='red'/>", "<item/>", "<item name='a' c='1'>x</item>"}},
+        },
+        load_new<opened_collection>);
+}
+
+TEST(Tables, AVectorCollectionMapForgetsOrKeepsAFault)
+{
+    const std::string good = "<item name='a'/><arg name='x' c='1'/>";
+    const std::string dropped = good + "<arg name='y' d='2'/>";
+    check(
+        {
+            {"no_error 0 | () | end", {"$"}},
+            {"no_error 1 | () | x", {"<x/>"}},
+            {"no_error 4 | (name,c) a=((x,1),(y,)) | x", {good + "<arg name='y'/><x/>"}},
+            {"no_error 2 | () a=() | x", {"<item name='a'/><x/>"}},
+            {"invalid_format 1 | () | end", {"<item name='a'/>$"}},
+            {"no_error 0 | (name,c) a=((x,1)) | end", {good + "$"}},
+            {"invalid_format 1 | () | arg", {"<item name='a' c='1'/><arg name='x'/>"}},
+            {"invalid_format 4 | (name,c) a=((x,1)) | end", {good + "<item name='b'/><arg c='1' name='y'/>$"}},
+            {"duplicate_item 3 | (name,c) a=((x,1)) | arg", {good + "<item name='a'/><arg name='y'/>"}},
+            {"invalid_format 4 | (name,c) | arg", {good + "<arg c='2'/><arg name='z'/><x/>"}},
+            {"invalid_format 4 | (name,c) | x",
+             {good + "<arg name=''/><x/>", good + "<arg/><x/>", good + "<arg name='y'>t</arg><x/>"}},
+            {"collection_error 4 | (name,c) | x", {dropped + "<x/>"}},
+            {"collection_error 0 | (name,c) | end", {dropped + "$"}},
+            {"no_error 6 | (name,c) b=((z,3)) | x", {dropped + "<item name='b'/><arg name='z' c='3'/><x/>"}},
+            {"collection_error 5 | (name,c) | x", {dropped + "<item name='b'/><x/>"}},
+            {"no_error 0 | (name,c) c=((z,)) | end", {dropped + "<item name='b'/><item name='c'/><arg name='z'/>$"}},
+            {"invalid_format 4 | (name,c) | map", {dropped + "<item name=''/>"}},
+            {"invalid_format 3 | (name) a=((x)) | map", {"<item name='a'><arg name='x'/></item>"}},
+        },
+        load_new<opened_vector_collection>);
+}
+
+TEST(Tables, ASecondLoadLosesTheFirst)
+{
+    opened<map_t> simple;
+    EXPECT_EQ(load(simple, "<item name='a'/><arg name='x'/>"), "no_error 1 | a=x | map");
+    EXPECT_EQ(load(simple, "<x/>"), "no_error 1 | a=x | x") << "the line stays";
+    EXPECT_EQ(load(simple, "<x/><item name='a'/>"), "no_error 1 | a=x | x");
+    EXPECT_EQ(load(simple, "<item name='b'/><item name='a'/>"), "duplicate_item 2 | a=x b= | map");
+    simple.clear();
+    EXPECT_TRUE(simple.empty());
+    EXPECT_EQ(simple.id(), "m");
+    EXPECT_EQ(simple.m_error.type(), map_error_t::duplicate_item);
+
+    opened_collection collection;
+    load(collection, "<item name='a' c='1'/>");
+    EXPECT_EQ(load(collection, "<item name='b' d='1'/>"), "duplicate_attrib 0 | (name,c,name,d) a=(a,1) | map");
+    ustring8 value = "before";
+    EXPECT_TRUE(collection.get_attrib("a", "d", value));
+    EXPECT_EQ(value, "") << "the row is shorter than the schema now";
+    std::map<ustring8, ustring8> attribs;
+    EXPECT_TRUE(collection.get_attribs("a", attribs));
+    EXPECT_EQ(attribs, (std::map<ustring8, ustring8>{{"name", "a"}, {"c", "1"}, {"d", ""}}));
+    collection.clear();
+    EXPECT_EQ(load(collection, "<item name='a'/>"), "duplicate_attrib 0 | (name,c,name,d,name) | map");
+
+    opened_vector_collection vectors;
+    load(vectors, "<item name='a'/><arg name='x' c='1'/>");
+    EXPECT_EQ(load(vectors, "<item name='b'/><arg name='y' d=''/><item name='c'/><arg name='z'/>$"),
+              "duplicate_attrib 0 | (name,c,name,d,name) a=((x,1)) | end");
+    std::vector<std::map<ustring8, ustring8>> sets;
+    EXPECT_TRUE(vectors.get_args_vector("a", sets));
+    EXPECT_EQ(sets, (decltype(sets){{{"name", "x"}, {"c", "1"}, {"d", ""}}}));
+}
+
+// Beyond a handful of names another way of searching begins; both must agree with a plain one.
+TEST(Tables, AWideSchemaFindsOtherAttributes)
+{
+    for (const std::size_t width : {2u, 15u, 16u, 17u, 40u}) {
+        xml_stream_parser::node first;
+        xml_stream_parser::node second;
+        attrib_row expected;
+        for (std::size_t i = 0; i < width; ++i) {
+            const ustring8 name = i == 0 ? "name" : "n" + std::to_string(i * 7 % 41);
+            first.attributes.emplace_back(name, "");
+            if (i % 3 != 1) second.attributes.emplace_front(name, std::to_string(i));
+            expected.push_back(i % 3 != 1 ? std::to_string(i) : "");
+        }
+        attrib_schema names;
+        EXPECT_EQ(read_attrib_names(first, names, false).type(), map_error_t::no_error);
+        second.attributes.emplace_back(second.attributes.front().first, "not the first of its name");
+        attrib_row values;
+        EXPECT_EQ(read_attrib_values(second, names, values).type(), map_error_t::no_error);
+        EXPECT_EQ(values, expected);
+        second.attributes.back().first = "unknown";
+        EXPECT_EQ(read_attrib_values(second, names, values).type(), map_error_t::collection_error);
+        EXPECT_EQ(values, expected);
+        first.attributes.emplace_back("name", "");
+        EXPECT_EQ(read_attrib_names(first, names, true).type(), map_error_t::duplicate_attrib);
+        EXPECT_EQ(names.size(), 2 * width);
+    }
+}
