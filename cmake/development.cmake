@@ -9,7 +9,8 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 
 add_library(data_mapper4_warnings INTERFACE)
 if(MSVC)
-    target_compile_options(data_mapper4_warnings INTERFACE /W4 /permissive- $<$<BOOL:${DATA_MAPPER4_WERROR}>:/WX>)
+    # C4251: hosts and library share one standard library, as the README says.
+    target_compile_options(data_mapper4_warnings INTERFACE /W4 /permissive- /wd4251 $<$<BOOL:${DATA_MAPPER4_WERROR}>:/WX>)
 else()
     target_compile_options(data_mapper4_warnings INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
@@ -21,8 +22,7 @@ target_link_libraries(data_mapper4_objects PRIVATE $<BUILD_INTERFACE:data_mapper
 add_library(data_mapper4_diagnostics OBJECT data_mapper/diagnostics/text_dumps.cpp)
 target_link_libraries(data_mapper4_diagnostics PUBLIC data_mapper4_objects PRIVATE data_mapper4_warnings)
 
-add_executable(lookup examples/lookup.cpp)
-target_link_libraries(lookup PRIVATE data_mapper4::data_mapper4 data_mapper4_warnings)
+add_subdirectory(examples)
 
 if(DATA_MAPPER4_TESTS)
     enable_testing()

@@ -97,7 +97,8 @@ public:
     bool has_item(const ustring8& map_name, const ustring8& item_name);
 
     // True when the map is a collection map or a vector collection map, has an item, and its attribute names have the
-    // key. "name" is one of them. Cost: logarithmic in the number of maps, linear in the attribute names.
+    // key. "name" is the first of them; a vector collection map without a single arg has none. Cost: logarithmic in the
+    // number of maps, linear in the attribute names.
     bool has_key(const ustring8& map_name, const ustring8& key);
 
     // The lookups. Each is true when the map is of the kind named and has the item. When the map is not loaded or of

@@ -1,6 +1,7 @@
 #include "platform/text_encoding.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -76,21 +77,25 @@ void end_text(document_text& document, std::size_t size, xml_stream_parser::erro
     document.fault_at_end = fault;
 }
 
-// Releases the bytes before the text is made of them.
-void decode_pairs(strings::ustring8& bytes, opening found, document_text& document)
+void decode_pairs(std::string_view bytes, bool is_big_endian, document_text& document)
 {
-    const bool is_big_endian = found.form == byte_form::big_endian_pairs;
-    strings::ustring16 units;
-    units.reserve(bytes.size() / 2);
-    for (std::size_t i = found.mark_size; i + 1 < bytes.size(); i += 2) {
+    const auto unit_at = [&](std::size_t i) {
+        if (i + 1 >= bytes.size()) return char16_t{0};
         const unsigned first = static_cast<unsigned char>(bytes[i]);
         const unsigned second = static_cast<unsigned char>(bytes[i + 1]);
-        units.push_back(static_cast<char16_t>(is_big_endian ? first << 8 | second : second << 8 | first));
+        return static_cast<char16_t>(is_big_endian ? first << 8 | second : second << 8 | first);
+    };
+    for (std::size_t i = 0; i < bytes.size();) {
+        const char16_t units[] = {unit_at(i), unit_at(i + 2)};
+        const char16_t* at = units;
+        const char32_t code_point = unicode::take_utf16(at, std::end(units));
+        if (code_point == unicode::malformed || i + 1 == bytes.size()) {
+            document.fault_at_end = xml_stream_parser::unexpected_character;
+            return;
+        }
+        unicode::append_utf8(code_point, document.text);
+        i += static_cast<std::size_t>(at - units) * 2;
     }
-    const bool is_whole = bytes.size() % 2 == 0;
-    bytes = strings::ustring8();
-    const bool is_sound = unicode::append_utf16(units, document.text);
-    if (!is_sound || !is_whole) document.fault_at_end = xml_stream_parser::unexpected_character;
 }
 
 void decode_latin1(document_text& document)
@@ -149,7 +154,9 @@ document_text decode_document(strings::ustring8 bytes)
         bytes.erase(0, found.mark_size);
         document.text = std::move(bytes);
     } else {
-        decode_pairs(bytes, found, document);
+        const auto pairs = std::string_view(bytes).substr(found.mark_size);
+        decode_pairs(pairs, found.form == byte_form::big_endian_pairs, document);
+        bytes = strings::ustring8();
     }
     const std::string_view encoding = declared_encoding(document.text);
     if (!encoding.empty() && !may_declare(found.form, encoding)) {

@@ -8,8 +8,14 @@
 
 #include "platform/unicode.h"
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#define NOMINMAX
+#include <io.h>
+#include <share.h>
+#include <windows.h>
+#else
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -19,44 +25,50 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Opening checks once more that the file is a regular one: what stands at a path can change after it was looked at.
 #if defined(_WIN32)
 
 std::FILE* open_for_reading(const fs::path& path)
 {
-    return _wfopen(path.c_str(), L"rb");
+    std::FILE* const file = _wfsopen(path.c_str(), L"rb", _SH_DENYNO);
+    if (file == nullptr) return nullptr;
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+    if (GetFileType(handle) == FILE_TYPE_DISK) return file;
+    std::fclose(file);
+    return nullptr;
 }
 
 #else
 
-// A pipe or device that takes the file's place between the look at it and its opening must not make the host wait, nor
-// become its terminal.
+// A pipe must not make the host wait, nor a terminal become its own.
 std::FILE* open_for_reading(const fs::path& path)
 {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) return nullptr;
-    std::FILE* const file = ::fdopen(descriptor, "rb");
+    struct stat status = {};
+    std::FILE* file = nullptr;
+    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) file = ::fdopen(descriptor, "rb");
     if (file == nullptr) ::close(descriptor);
     return file;
 }
 
 #endif
 
-// What stands at the path; not_found also where no file can have such a name, since one of its parts is too long.
+// What stands at the path; not_found also where no file can have such a name: a part of it is too long, or the file
+// system knows the backslash only as a separator.
 fs::file_type type_of_file(const fs::path& path)
 {
     std::error_code error;
     const fs::file_type type = fs::status(path, error).type();
-    return error == std::errc::filename_too_long ? fs::file_type::not_found : type;
+    const bool is_impossible = error == std::errc::filename_too_long || error == std::errc::invalid_argument;
+    return is_impossible ? fs::file_type::not_found : type;
 }
 
-// The size that the file claims, as far as a claim alone is worth memory: beyond that the buffer grows with what is
-// read.
 std::size_t expected_size(const fs::path& path)
 {
-    constexpr std::uintmax_t most = std::uintmax_t{1} << 26;
     std::error_code error;
     const std::uintmax_t size = fs::file_size(path, error);
-    return error ? 0 : static_cast<std::size_t>(std::min(size, most));
+    return error ? 0 : static_cast<std::size_t>(std::min<std::uintmax_t>(size, SIZE_MAX / 2));
 }
 
 bool is_valid(const strings::ustring16& path, strings::ustring8& in_utf8)
@@ -84,10 +96,13 @@ text_file::text_file(const strings::ustring16& path)
 
 document_text text_file::read()
 {
-    strings::ustring8 bytes(m_expected_size + 1, '\0');
+    // What the file claims of its size is worth this much memory; beyond it the buffer grows with what is read.
+    constexpr std::size_t most_at_once = std::size_t{1} << 26;
+    const std::size_t claimed = m_expected_size + 1;
+    strings::ustring8 bytes(std::min(claimed, most_at_once), '\0');
     std::size_t size = 0;
     for (std::size_t got = 1; got != 0; size += got) {
-        if (size == bytes.size()) bytes.resize(size * 2);
+        if (size == bytes.size()) bytes.resize(size < claimed ? std::min(size * 2, claimed) : size * 2);
         got = std::fread(&bytes[size], 1, bytes.size() - size, m_file.get());
     }
     const bool has_failed = std::ferror(m_file.get()) != 0;

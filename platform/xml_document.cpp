@@ -51,7 +51,10 @@ private:
     bool take_header(bool header_optional)
     {
         if (m_scanner.at_declaration()) return taken(m_scanner.take_declaration());
-        return header_optional || report(xml_stream_parser::no_xml_header, 0);
+        if (header_optional) return true;
+        // Where not even the first character could be read, it is not known what the document begins with.
+        const bool is_unread = m_scanner.ahead() == construct::end && m_fault_at_end != xml_stream_parser::no_error;
+        return report(is_unread ? m_fault_at_end : xml_stream_parser::no_xml_header, 0);
     }
 
     bool take(construct next)

@@ -31,6 +31,7 @@ xml_stream_parser::node xml_node_reader::read()
 // An element without child elements is one node; whether it is shows only behind its text.
 xml_stream_parser::node xml_node_reader::read_start()
 {
+    if (m_open.empty()) m_data = strings::ustring8();  // white space before the root
     node element;
     place(element);
     m_scanner.take_start_tag();

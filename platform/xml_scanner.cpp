@@ -295,7 +295,7 @@ bool xml_scanner::take_value(std::string_view& value)
         if (*m_at != '&') {
             ++m_at;
         } else if (!take_reference()) {
-            return false;
+            return m_at == m_end ? fail(xml_stream_parser::missing_quote) : false;
         }
     }
     value = {begin, static_cast<std::size_t>(m_at - begin)};

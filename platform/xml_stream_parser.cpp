@@ -20,6 +20,7 @@ struct xml_stream_parser::state
 
     void parse()
     {
+        error = fatal_error;  // stands if memory runs out on the way
         document = file.read();
         const checked_document checked = check_document(document, is_header_optional);
         const std::string_view text = document.text;
@@ -68,7 +69,7 @@ const xml_stream_parser::error_type& xml_stream_parser::error()
 
 const xml_stream_parser::error_type& xml_stream_parser::parse()
 {
-    if (m_state->error == no_error && m_state->file.is_open()) m_state->parse();
+    if (m_state->error == no_error) m_state->parse();
     return m_state->error;
 }
 
@@ -84,6 +85,7 @@ bool xml_stream_parser::node_queue_empty() const
 
 xml_stream_parser::node& xml_stream_parser::node_queue_front()
 {
+    if (node_queue_empty()) m_state->front = node();
     m_state->make_front();
     return m_state->front;
 }

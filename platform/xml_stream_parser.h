@@ -20,7 +20,8 @@
 // attribute values normalised as XML has it.
 //
 // A document type declaration is read past and never applied: no entity, default value or outside file comes from it.
-// The references known are the five predefined entities and character references.
+// Its outer shape is checked, and of the declarations inside it where they end. The references known are the five
+// predefined entities and character references.
 //
 // Cost: parse reads the document once and keeps no nodes; a node is made when it is asked for. Memory is the document
 // plus what is open; time grows linearly with the document's size (attribute names on one element: n log n), and
@@ -47,18 +48,18 @@ public:
         no_error = 0,    // nothing to report; before parse also: the file is open
         incomplete = 1,  // the input ended between constructs with an element still open; not a failure
         // 2 is reserved: never reported
-        end_of_file = 3,          // the document was read to its end and is complete
-        end_tag_mismatch = 4,     // an end tag does not match the open element, or none is open
-        attribute_redefined = 5,  // an attribute name occurs twice on one element
-        unexpected_character =
-            6,                // any fault without a code of its own; ill-formed bytes; input that ends inside markup
-        missing_quote = 7,    // an attribute value is not opened, or not closed before the input ends
-        unknown_entity = 8,   // a reference to an entity other than lt, gt, amp, apos and quot
-        missing_equal = 9,    // an attribute name is not followed by =
-        fatal_error = 10,     // an encoding unknown or contradicted by the bytes, or the file cannot be read on
-        file_not_found = 11,  // no such regular file, or it cannot be opened
-        no_xml_header = 12,   // the document does not begin with an XML header, and option 2 was not given
-        no_root_tag = 13,     // the document holds no element
+        end_of_file = 3,           // the document was read to its end and is complete
+        end_tag_mismatch = 4,      // an end tag does not match the open element, or none is open
+        attribute_redefined = 5,   // an attribute name occurs twice on one element
+        unexpected_character = 6,  // any fault without a code of its own; ill-formed bytes; input ending inside markup
+        missing_quote = 7,         // an attribute value is not opened, or not closed before the input ends
+        unknown_entity = 8,        // a reference to an entity other than lt, gt, amp, apos and quot
+        missing_equal = 9,         // an attribute name is not followed by =
+        fatal_error = 10,          // an encoding is unknown or contradicted by the bytes; or reading failed: no nodes
+        file_not_found = 11,       // no such regular file, or it cannot be opened
+        no_xml_header = 12,        // the document does not begin with an XML header, and option 2 was not given
+        no_root_tag = 13,          // the document holds no element
+        // For missing_quote and missing_equal the settings of the XML header count as attributes.
     };
 
     // Bits of the constructor's option word; others are ignored.
@@ -69,7 +70,7 @@ public:
 
     struct node
     {
-        error_type status = no_error;  // incomplete on the start node of an element with children, else no_error
+        error_type status = no_error;  // incomplete on a start node whose element goes on, no_error on any other node
         bool closing = false;          // true on a closing node
         strings::ustring8 tag;
         unsigned long line = 0;    // of the tag's `<` (a closing node: of its end tag's), counted from 1

@@ -1,0 +1,32 @@
+// A lookup in each kind of map: kinds 'examples\kinds.xml'
+#include <iostream>
+
+#include "data_mapper/map_collection.h"
+
+int main(int argc, char** argv)
+{
+    const auto path = NUVEK_2_18::strings::utf8_to_utf16(argc == 2 ? argv[1] : "kinds.xml");
+    data_mapper4::map_collection maps;
+    auto result = maps.load(std::wstring(path.begin(), path.end()));
+    if (result.type() != data_mapper4::map_error_t::no_error) {
+        std::cerr << maps.map_error_as_string(result) << ", line " << result.line() << '\n';
+        return 1;
+    }
+
+    std::string text = "hello";
+    maps.get_arg("greeting", "fr", text);  // true, "bonjour"
+    std::cout << text << '\n';
+
+    std::vector<std::string> toppings;
+    maps.get_args("toppings", "margherita", toppings);  // true, {"tomato", "mozzarella"}
+    std::cout << toppings.size() << '\n';
+
+    std::map<std::string, std::string> room;
+    maps.get_attribs("rooms", "attic", room);           // true, {{"floor", "4"}, {"name", "attic"}, {"seats", ""}}
+    maps.get_attrib("rooms", "atrium", "seats", text);  // true, "200"
+    std::cout << room["floor"] << ' ' << text << '\n';
+
+    std::vector<std::map<std::string, std::string>> trains;
+    maps.get_args_vector("trains", "Basel", trains);  // true, two sets, each with "name", "time" and "track"
+    std::cout << trains[0]["name"] << ' ' << trains[0]["time"] << '\n';
+}
