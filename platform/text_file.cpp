@@ -9,7 +9,9 @@
 #include "platform/unicode.h"
 
 #if defined(_WIN32)
+#if !defined(NOMINMAX)
 #define NOMINMAX
+#endif
 #include <io.h>
 #include <share.h>
 #include <windows.h>

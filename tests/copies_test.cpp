@@ -1,7 +1,6 @@
 // Copies of tables and collections share their items, and nobody can tell.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <thread>
 
 #include "data_mapper/map_collection.h"
@@ -23,7 +22,7 @@ struct table : vector_map_t
     {
         std::string document = "<maps>";
         for (const auto& name : names) document += "<item name='" + name + "'/><arg name='" + value + "'/>";
-        documents::parsed parser(document + "</maps>");
+        const auto parser = documents::parsed(document + "</maps>");
         parser->node_queue_pop();
         load("t", *parser);
     }
@@ -36,13 +35,6 @@ struct table : vector_map_t
     }
 };
 
-std::string map_file(const std::string& name, std::size_t items)
-{
-    std::string text = "<maps><map name='" + name + "'>";
-    for (std::size_t i = 0; i < items; ++i) text += "<item name='i" + std::to_string(i) + "'/><arg name='v'/>";
-    return text + "</map></maps>";
-}
-
 }  // namespace
 
 TEST(Copies, AChangeShowsInTheOther)
@@ -52,19 +44,13 @@ TEST(Copies, AChangeShowsInTheOther)
     table copy = original;
     EXPECT_EQ(&copy.m_items.read(), &original.m_items.read()) << "the items are copied although nobody changed them";
     copy.add({"b"}, "2");
-    EXPECT_EQ(original.content(), "a=1 ");
-    EXPECT_EQ(copy.content(), "a=1 b=2 ");
-    table second = copy;
+    const table second = copy;
     copy.add({"c"}, "3");
-    EXPECT_EQ(second.content(), "a=1 b=2 ");
+    EXPECT_EQ(original.content() + "| " + second.content() + "| " + copy.content(), "a=1 | a=1 b=2 | a=1 b=2 c=3 ");
     copy = original;
     original.clear();
-    EXPECT_EQ(copy.content(), "a=1 ");
     copy = *&copy;
-    EXPECT_EQ(copy.content(), "a=1 ");
-    copy.begin()->second.at(0) = "5";
-    EXPECT_EQ(copy.content(), "a=5 ");
-    EXPECT_EQ(original.content(), "");
+    EXPECT_EQ(original.content() + "| " + copy.content(), "| a=1 ");
 }
 
 TEST(Copies, AnIteratorFromBeforeTheCopyReachesIt)
@@ -107,40 +93,22 @@ TEST(Copies, TwoThreadsMeetInSharedItems)
 TEST(Copies, QueriesRaceWithEachOtherOrWithACopy)
 {
     const documents::folder folder;
-    folder.write("m.xml", map_file("m", 100));
-    folder.write("n.xml", map_file("n", 100));
+    for (const std::string name : {"m", "n"}) {
+        folder.write(name, "<maps><map name='" + name + "'><item name='i'/><arg name='v'/></map></maps>");
+    }
     map_collection maps;
-    maps.load(folder.path("m.xml"));
+    maps.load(folder.path("m"));
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&maps, &folder, copy = maps, i]() mutable {
-            if (i % 2 == 0) copy.load(folder.path("n.xml"));
+            if (i % 2 == 0) copy.load(folder.path("n"));
             if (i == 3) copy = map_collection();
-            ustring8 value;
-            for (int item = 0; item < 100; ++item) {
-                EXPECT_TRUE(maps.get_arg("m", "i" + std::to_string(item), value));
-                EXPECT_TRUE(maps.has_item("m", "i" + std::to_string(item)));
-                EXPECT_EQ(copy.has_item("n", "i1"), i % 2 == 0);
+            for (int again = 0; again < 100; ++again) {
+                ustring8 value;
+                EXPECT_TRUE(maps.get_arg("m", "i", value) && maps.has_item("m", "i") && maps.maps().size() == 1);
+                EXPECT_EQ(copy.has_item("n", "i"), i % 2 == 0);
             }
-            EXPECT_EQ(maps.maps().size(), 1u);
         });
     }
     for (auto& thread : threads) thread.join();
-}
-
-// Each of these would copy a map of a hundred thousand items a hundred thousand times.
-TEST(Copies, ACopyCostsAsMuchAsItsItems)
-{
-    const std::size_t many = 100000;
-    const documents::folder folder;
-    folder.write("m.xml", map_file("m", many));
-    map_collection maps;
-    ASSERT_EQ(maps.load(folder.path("m.xml")).type(), map_error_t::no_error);
-    const auto begin = std::chrono::steady_clock::now();
-    for (std::size_t i = 0; i < many; ++i) {
-        map_collection copy = maps;
-        ASSERT_TRUE(copy.has_item("m", "i7"));
-        ASSERT_FALSE(copy.has_key("m", "name"));
-    }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }

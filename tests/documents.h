@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <random>
 #include <string>
 #include <string_view>
@@ -72,35 +72,18 @@ inline std::u16string units(const std::wstring& path)
     return {path.begin(), path.end()};
 }
 
-// A parser on a document, which is parsed already.
-class parsed
+// A parser that has parsed a document.
+inline std::unique_ptr<xml_stream_parser> parsed(std::string_view document, unsigned int options = 2)
 {
-public:
-    explicit parsed(std::string_view document, unsigned int options = xml_stream_parser::header_optional)
-        : m_parser((m_folder.write("document.xml", document), units(m_folder.path("document.xml"))), options)
-    {
-        m_parser.parse();
-    }
-    xml_stream_parser& operator*() { return m_parser; }
-    xml_stream_parser* operator->() { return &m_parser; }
-
-private:
-    folder m_folder;
-    xml_stream_parser m_parser;
-};
-
-inline std::string escaped(std::string_view text)
-{
-    std::string result;
-    for (const char character : text) {
-        const bool is_control = std::iscntrl(static_cast<unsigned char>(character)) != 0;
-        result += is_control ? "\\" + std::to_string(int{character}) : std::string(1, character);
-    }
-    return result;
+    const folder home;
+    home.write("document", document);
+    auto parser = std::make_unique<xml_stream_parser>(units(home.path("document")), options);
+    parser->parse();
+    return parser;
 }
 
 // The nodes left in the queue. "a+" is a start node, "/a" a closing node, "a" an element in one node; behind it "@" and
-// the line, the attributes in brackets and the data in quotes, both with control characters escaped.
+// the line, the attributes in brackets and the data in quotes. Control characters are escaped.
 inline std::string nodes(xml_stream_parser& parser)
 {
     std::string text;
@@ -108,16 +91,18 @@ inline std::string nodes(xml_stream_parser& parser)
         const xml_stream_parser::node node = parser.node_queue_pop();
         text += (text.empty() ? "" : " ") + (node.closing ? "/" + node.tag : node.tag);
         text += (node.status == xml_stream_parser::incomplete ? "+@" : "@") + std::to_string(node.line);
-        for (const auto& [name, value] : node.attributes) text += '[' + name + '=' + escaped(value) + ']';
-        if (!node.data.empty()) text += '"' + escaped(node.data) + '"';
+        for (const auto& [name, value] : node.attributes) text += '[' + name + '=' + value + ']';
+        if (!node.data.empty()) text += '"' + node.data + '"';
     }
-    return text;
+    std::string escaped;
+    for (const char each : text) escaped += each > 0 && each < ' ' ? "\\" + std::to_string(each) : std::string(1, each);
+    return escaped;
 }
 
 // Code and error line, and the nodes: "end_of_file 0: a@1".
 inline std::string outcome(std::string_view document)
 {
-    parsed parser(document);
+    const auto parser = parsed(document);
     const std::string code = data_mapper4::parse_error_as_string(parser->error());
     return code + ' ' + std::to_string(parser->error_line()) + ": " + nodes(*parser);
 }
