@@ -28,3 +28,14 @@ if(DATA_MAPPER4_TESTS)
     enable_testing()
     add_subdirectory(tests)
 endif()
+
+option(DATA_MAPPER4_BENCH "Build the benchmark (needs Google Benchmark, expat and pugixml)" OFF)
+if(DATA_MAPPER4_BENCH)
+    find_package(benchmark REQUIRED)
+    find_package(EXPAT REQUIRED)
+    find_package(pugixml REQUIRED)
+    add_executable(load_bench bench/load_bench.cpp)
+    target_link_libraries(load_bench PRIVATE
+        data_mapper4::data_mapper4 benchmark::benchmark_main EXPAT::EXPAT pugixml::pugixml
+    )
+endif()

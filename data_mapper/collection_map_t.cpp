@@ -21,7 +21,9 @@ map_error_t collection_map_t::load(const ustring8& map_name, xml_stream_parser& 
     bool is_schema_read = false;
     xml_stream_parser::node item;
     while (is_item_waiting(parser)) {
-        if (!take_item(parser, element_form::name_and_attributes, m_items.read(), item, m_error)) break;
+        items& known = m_items.write();
+        items::iterator position;
+        if (!take_item(parser, element_form::name_and_attributes, known, item, position, m_error)) break;
         if (!is_schema_read) {
             m_error = read_attrib_names(item, m_attrib_names, false);
             if (m_error.type() != map_error_t::no_error) break;
@@ -30,7 +32,7 @@ map_error_t collection_map_t::load(const ustring8& map_name, xml_stream_parser& 
         attrib_row row;
         m_error = read_attrib_values(item, m_attrib_names, row);
         if (m_error.type() != map_error_t::no_error) break;
-        if (!add_item(m_items.write(), item, std::move(row), m_error)) break;
+        if (!add_item(known, position, item, std::move(row), m_error)) break;
     }
     return m_error;
 }

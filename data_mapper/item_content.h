@@ -38,26 +38,33 @@ ustring8& name_of(xml_stream_parser::node& element);
 // if only the end tag of its map. no_error or invalid_format.
 map_error_t::result_type check_item(xml_stream_parser::node& item, element_form form, xml_stream_parser& parser);
 
-// Takes the item that waits. True when it is sound and its name new to the items. False: error has the fault's code.
-// The error's line becomes the item's either way.
+// Takes the item that waits. True when it is sound and its name new to the items; `position` is then where it belongs
+// among them. False: error has the fault's code. The error's line becomes the item's either way.
 template <class items>
-bool take_item(xml_stream_parser& parser, element_form form, const items& known, xml_stream_parser::node& item,
-               map_error_t& error)
+bool take_item(xml_stream_parser& parser, element_form form, items& known, xml_stream_parser::node& item,
+               typename items::iterator& position, map_error_t& error)
 {
     item = parser.node_queue_pop();
     error.line(item.line);
-    map_error_t::result_type code = check_item(item, form, parser);
-    if (code == map_error_t::no_error && known.count(name_of(item)) != 0) code = map_error_t::duplicate_item;
-    if (code == map_error_t::no_error) return true;
-    error.type(code);
-    return false;
+    const map_error_t::result_type code = check_item(item, form, parser);
+    if (code != map_error_t::no_error) {
+        error.type(code);
+        return false;
+    }
+    position = known.lower_bound(name_of(item));
+    const bool is_new = position == known.end() || position->first != name_of(item);
+    if (!is_new) error.type(map_error_t::duplicate_item);
+    return is_new;
 }
 
 // Adds what a taken item stands for. False: it was not added, and error has the code.
 template <class items, class content>
-bool add_item(items& known, xml_stream_parser::node& item, content&& value, map_error_t& error)
+bool add_item(items& known, typename items::iterator position, xml_stream_parser::node& item, content&& value,
+              map_error_t& error)
 {
-    if (known.emplace(std::move(name_of(item)), std::forward<content>(value)).second) return true;
+    const std::size_t size = known.size();
+    known.emplace_hint(position, std::move(name_of(item)), std::forward<content>(value));
+    if (known.size() != size) return true;
     error.type(map_error_t::memory_error);
     return false;
 }

@@ -32,12 +32,14 @@ map_error_t map_t::load(const ustring8& map_name, xml_stream_parser& parser)
     xml_stream_parser::node item;
     ustring8 text;
     while (is_item_waiting(parser)) {
-        if (!take_item(parser, element_form::name_only, m_items.read(), item, m_error)) break;
+        items& known = m_items.write();
+        items::iterator position;
+        if (!take_item(parser, element_form::name_only, known, item, position, m_error)) break;
         if (!take_text(parser, text)) {
             m_error.type(map_error_t::invalid_format);
             break;
         }
-        if (!add_item(m_items.write(), item, std::move(text), m_error)) break;
+        if (!add_item(known, position, item, std::move(text), m_error)) break;
     }
     return m_error;
 }

@@ -50,13 +50,15 @@ map_error_t vector_collection_map_t::load(const ustring8& map_name, xml_stream_p
     while (!parser.node_queue_empty()) {
         m_error.line(parser.node_queue_front().line);
         if (!is_item_waiting(parser)) break;
-        if (!take_item(parser, element_form::name_only, m_items.read(), item, m_error)) break;
+        items& known = m_items.write();
+        items::iterator position;
+        if (!take_item(parser, element_form::name_only, known, item, position, m_error)) break;
         std::vector<attrib_row> rows;
         while (is_arg_waiting(parser)) {
             if (!take_row(parser, m_attrib_names, is_schema_read, rows, m_error)) break;
         }
         if (m_error.type() != map_error_t::no_error) continue;
-        if (!add_item(m_items.write(), item, std::move(rows), m_error)) break;
+        if (!add_item(known, position, item, std::move(rows), m_error)) break;
     }
     return m_error;
 }

@@ -37,8 +37,10 @@ map_error_t vector_map_t::load(const ustring8& map_name, xml_stream_parser& pars
     m_error.type(map_error_t::no_error);
     xml_stream_parser::node item;
     while (is_item_waiting(parser)) {
-        if (!take_item(parser, element_form::name_only, m_items.read(), item, m_error)) break;
-        if (!add_item(m_items.write(), item, take_args(parser, m_error), m_error)) break;
+        items& known = m_items.write();
+        items::iterator position;
+        if (!take_item(parser, element_form::name_only, known, item, position, m_error)) break;
+        if (!add_item(known, position, item, take_args(parser, m_error), m_error)) break;
     }
     return m_error;
 }

@@ -166,22 +166,28 @@ bool xml_scanner::take_until(std::string_view terminator)
 bool xml_scanner::take_space()
 {
     const char* const begin = m_at;
-    while (m_at != m_end && is_space(*m_at)) ++m_at;
-    return m_at != begin;
+    const char* at = begin;
+    while (at != m_end && is_space(*at)) ++at;
+    m_at = at;
+    return at != begin;
 }
 
 // Name = NameStartChar NameChar*
 bool xml_scanner::take_name(std::string_view& name)
 {
     const char* const begin = m_at;
-    while (m_at != m_end) {
-        const char* next = m_at;
+    const char* at = begin;
+    if (at != m_end && is_byte(*at, name_start_byte)) ++at;
+    for (;;) {
+        while (at != begin && at != m_end && is_byte(*at, name_byte)) ++at;
+        if (at == m_end) break;
+        const char* next = at;
         const char32_t code_point = unicode::take_utf8(next, m_end);
-        if (!(m_at == begin ? is_name_start(code_point) : is_name(code_point))) break;
-        m_at = next;
-        while (m_at != m_end && is_byte(*m_at, name_byte)) ++m_at;
+        if (!(at == begin ? is_name_start(code_point) : is_name(code_point))) break;
+        at = next;
     }
-    name = {begin, static_cast<std::size_t>(m_at - begin)};
+    m_at = at;
+    name = {begin, static_cast<std::size_t>(at - begin)};
     return !name.empty() || fail(xml_stream_parser::unexpected_character);
 }
 
