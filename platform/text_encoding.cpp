@@ -1,6 +1,8 @@
 #include "platform/text_encoding.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <string_view>
 #include <utility>
@@ -115,6 +117,16 @@ void check_ascii(document_text& document)
     }
 }
 
+// Eight bytes at once, the benchmark's row "parse" pays for it: true when all are from 0x20 to 0x7F. A smaller byte turns
+// the top bit of its own difference on, a larger one has it on already.
+bool are_plain(const char* bytes)
+{
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return ((word | (word - ones * 0x20)) & (ones * 0x80)) == 0;
+}
+
 // Ends the text before its first ill-formed sequence or character that no XML document may hold.
 void check_characters(document_text& document)
 {
@@ -122,7 +134,9 @@ void check_characters(document_text& document)
     const char* const end = begin + document.text.size();
     for (const char* at = begin; at != end;) {
         const char* const character = at;
-        if (is_byte(*at, char_byte)) {
+        if (end - at >= 8 && are_plain(at)) {
+            at += 8;
+        } else if (is_byte(*at, char_byte)) {
             ++at;
         } else if (!is_char(unicode::take_utf8(at, end))) {
             end_text(document, static_cast<std::size_t>(character - begin), xml_stream_parser::unexpected_character);
