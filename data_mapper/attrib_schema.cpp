@@ -1,6 +1,7 @@
 #include "data_mapper/attrib_schema.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -16,7 +17,8 @@ constexpr std::size_t few_names = 16;
 
 bool has_equal_pair(const attrib_schema& schema)
 {
-    // Every element's first name is "name", so this alone tells of a schema that was filled before, however often.
+    // A second load into one table appends to a schema again and again, and every element's first name is "name":
+    // without this look at the first entry each of them would sort a longer list.
     if (!schema.empty() && std::find(std::next(schema.begin()), schema.end(), schema.front()) != schema.end())
         return true;
     if (schema.size() <= few_names) {
@@ -42,7 +44,7 @@ public:
         // The element's own name need not be in the schema.
         if (!m_entries.empty()) m_entries.front().is_known = true;
         // Stable: of several attributes of one name the first one stays the first.
-        if (m_is_sorted) std::stable_sort(m_entries.begin(), m_entries.end(), order());
+        if (m_is_sorted) std::stable_sort(m_entries.begin(), m_entries.end(), is_before);
     }
 
     // The value of the first attribute of that name, or nullptr.
@@ -50,7 +52,7 @@ public:
     {
         const ustring8* value = nullptr;
         auto at = m_entries.begin();
-        if (m_is_sorted) at = std::lower_bound(at, m_entries.end(), entry{name, nullptr, false}, order());
+        if (m_is_sorted) at = std::lower_bound(at, m_entries.end(), entry{name, nullptr, false}, is_before);
         for (; at != m_entries.end() && (!m_is_sorted || at->name == name); ++at) {
             if (at->name != name) continue;
             at->is_known = true;
@@ -72,10 +74,7 @@ private:
         bool is_known;
     };
 
-    static bool (*order())(const entry&, const entry&)
-    {
-        return [](const entry& a, const entry& b) { return a.name < b.name; };
-    }
+    static bool is_before(const entry& a, const entry& b) { return a.name < b.name; }
 
     std::vector<entry> m_entries;
     bool m_is_sorted;

@@ -1,6 +1,7 @@
 #include "data_mapper/collection_map_t.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "data_mapper/attrib_schema.h"
 #include "data_mapper/item_content.h"

@@ -62,6 +62,7 @@ protected:
     // string as above. Otherwise value is left as it was. Cost: logarithmic, and linear in the schema.
     bool get_attrib(const ustring8& item_name, const ustring8& attrib_name, ustring8& value) const;
 
+    // The items in order, and whether there are none. begin and end copy the items first if a copy shares them.
     items::iterator begin();
     items::iterator end();
     bool empty();

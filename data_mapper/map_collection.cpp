@@ -26,10 +26,23 @@ ustring8 map_collection::map_type_as_string(map_type type)
 map_error_t map_collection::convert_error(xml_stream_parser::error_type error)
 {
     map_error_t converted;
-    if ((error >= 4 && error <= 10) || error == 12 || error == 13) {
-        converted.type(map_error_t::invalid_format);
-    } else if (error == xml_stream_parser::file_not_found) {
-        converted.type(map_error_t::file_not_found);
+    switch (error) {
+        case xml_stream_parser::end_tag_mismatch:
+        case xml_stream_parser::attribute_redefined:
+        case xml_stream_parser::unexpected_character:
+        case xml_stream_parser::missing_quote:
+        case xml_stream_parser::unknown_entity:
+        case xml_stream_parser::missing_equal:
+        case xml_stream_parser::fatal_error:
+        case xml_stream_parser::no_xml_header:
+        case xml_stream_parser::no_root_tag:
+            converted.type(map_error_t::invalid_format);
+            break;
+        case xml_stream_parser::file_not_found:
+            converted.type(map_error_t::file_not_found);
+            break;
+        default:
+            break;
     }
     return converted;
 }

@@ -52,8 +52,9 @@ public:
     map_collection& operator=(const map_collection& other);
 
     // Loads a file and all that it includes, and adds its maps to those that are loaded. A fault ends the file that it
-    // is found in, not the files that include that one; what was loaded before it stays, and nothing of the faulty map
-    // does.
+    // is found in, not the files that include that one. What was loaded before it stays; a map whose own item or arg is
+    // faulty is not loaded. An element that does not belong in a map ends that map, which stays loaded as far as it was
+    // read, and then ends the file.
     //
     // path: wide characters, each one unit of UTF-16, up to the first zero. Where wide characters are wider, a
     // character beyond U+FFFF is written as its two surrogates; written as one it would be cut to 16 bits.
@@ -65,13 +66,13 @@ public:
     // no file is tried again with slashes for its backslashes: write L"maps\\world.xml" everywhere.
     //
     // Result: no_error, or what ended the master file: file_not_found, invalid_format, duplicate_map, or what the load
-    // of a table came to. The outcome of an included file shows only if nothing behind its include sets the result. A
-    // file that is included while it is still being read, with no map loaded in between, comes to invalid_format
-    // instead of being entered again.
+    // of a table came to. A file that is read to its end sets it, so a missing or faulty include does not show;
+    // is_loaded tells. A file that is included while it is still being read, with no map loaded in between, comes to
+    // invalid_format instead of being entered again.
     //
-    // Line: what the last table load before the place reported (the table classes' headers say which line that is; a
-    // collection map's is 0), or 0 when a file was begun since then, included ones among them. It is not the line of a
-    // misplaced element.
+    // Line: what the last table load before the place reported, in this file or one that it included (the table
+    // classes' headers say which line that is; a collection map's is 0), or 0 when a file was begun since then. It is
+    // not the line of a misplaced element.
     //
     // Cost: linear in the files, each counted as often as it is included, and n log n in items and maps. A file is read
     // once for every way in which includes lead to it, so files that include each other many times over multiply. How
@@ -88,7 +89,8 @@ public:
     // The loaded maps' names and kinds. Cost: a copy of them all.
     std::map<ustring8, map_type> maps();
 
-    // The same, in place, in the order of ustring8. The kinds must not be changed.
+    // The same, in place, in the order of ustring8. The kinds must not be changed. Iterators outlive loads, but not an
+    // assignment.
     std::map<ustring8, map_type>::iterator begin();
     std::map<ustring8, map_type>::iterator end();
 
@@ -104,7 +106,8 @@ public:
     // The lookups. Each is true when the map is of the kind named and has the item. When the map is not loaded or of
     // another kind, the answer is false and the output stays as it was. When only the item is missing, the answer is
     // false, a text stays as it was and a container is emptied. Cost: logarithmic in the number of maps and of items,
-    // and the output. An output may be one of the names' own strings.
+    // and the output; get_attrib is linear in the map's attribute names. An output may be one of the names' own
+    // strings.
 
     // Simple map: the item's text, perhaps empty.
     bool get_arg(const ustring8& map_name, const ustring8& item_name, ustring8& value);

@@ -1,8 +1,9 @@
+#include "data_mapper/map_collection.h"
+
 #include <list>
 #include <set>
 #include <tuple>
 
-#include "data_mapper/map_collection.h"
 #include "data_mapper/map_kind.h"
 
 namespace data_mapper4 {

@@ -1,6 +1,7 @@
+#include "data_mapper/map_collection.h"
+
 #include <cassert>
 
-#include "data_mapper/map_collection.h"
 #include "data_mapper/map_kind.h"
 
 namespace data_mapper4 {

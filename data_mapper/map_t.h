@@ -11,7 +11,7 @@
 //
 // Ownership: a table owns its strings. Copies are independent in everything that can be observed, but they share their
 // items until one of them changes, so that a copy costs the same whatever the number of items; the copying is done by
-// the first change. begin() and end() count as a change, since their iterators can change items, and a table on which
+// the first change. begin() and end() count as a change, since iterators see and can make changes, and a table on which
 // one of them was called is copied item by item until the next assignment to it. Assignment and clear invalidate the
 // iterators of the table, those of end() included.
 //
@@ -144,6 +144,7 @@ protected:
     // was. Cost: logarithmic.
     bool get_arg(const ustring8& item_name, ustring8& value) const;
 
+    // The items in order, and whether there are none. begin and end copy the items first if a copy shares them.
     items::iterator begin();
     items::iterator end();
     bool empty();

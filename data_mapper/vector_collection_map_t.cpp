@@ -1,5 +1,7 @@
 #include "data_mapper/vector_collection_map_t.h"
 
+#include <utility>
+
 #include "data_mapper/attrib_schema.h"
 #include "data_mapper/item_content.h"
 

@@ -64,6 +64,7 @@ protected:
     // each arg n log n in the schema.
     bool get_args_vector(const ustring8& item_name, std::vector<std::map<ustring8, ustring8>>& args_vector) const;
 
+    // The items in order, and whether there are none. begin and end copy the items first if a copy shares them.
     items::iterator begin();
     items::iterator end();
     bool empty();

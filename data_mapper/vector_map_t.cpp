@@ -1,5 +1,7 @@
 #include "data_mapper/vector_map_t.h"
 
+#include <utility>
+
 #include "data_mapper/item_content.h"
 
 namespace data_mapper4 {

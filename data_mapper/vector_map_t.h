@@ -49,6 +49,7 @@ protected:
     // Otherwise values is emptied. Cost: logarithmic, and the texts' copies.
     bool get_args(const ustring8& item_name, std::vector<ustring8>& values) const;
 
+    // The items in order, and whether there are none. begin and end copy the items first if a copy shares them.
     items::iterator begin();
     items::iterator end();
     bool empty();

@@ -1,13 +1,12 @@
-// A lookup in each kind of map: kinds 'examples\kinds.xml'
+// A lookup in each kind of map. Run it from the project's folder.
 #include <iostream>
 
 #include "data_mapper/map_collection.h"
 
-int main(int argc, char** argv)
+int main()
 {
-    const auto path = NUVEK_2_18::strings::utf8_to_utf16(argc == 2 ? argv[1] : "kinds.xml");
     data_mapper4::map_collection maps;
-    auto result = maps.load(std::wstring(path.begin(), path.end()));
+    auto result = maps.load(L"examples\\kinds.xml");
     if (result.type() != data_mapper4::map_error_t::no_error) {
         std::cerr << maps.map_error_as_string(result) << ", line " << result.line() << '\n';
         return 1;

@@ -66,7 +66,9 @@ int main(int argc, char** argv)
     const auto path = NUVEK_2_18::strings::utf8_to_utf16(argv[1]);
     map_collection maps;
     auto result = maps.load(std::wstring(path.begin(), path.end()));
-    std::cout << argv[1] << ": " << maps.map_error_as_string(result) << ", line " << result.line() << '\n';
+    std::cout << argv[1] << ": " << maps.map_error_as_string(result);
+    if (result.type() != data_mapper4::map_error_t::no_error) std::cout << ", line " << result.line();
+    std::cout << '\n';
     list_maps(maps);
     for (const char* item : {"CI", "no-such-territory"}) ask_for_text(maps, "territory_names_en", item);
     for (const char* item : {"CI", "JP"}) ask_for_text(maps, "territory_names_ja", item);

@@ -117,8 +117,8 @@ void check_ascii(document_text& document)
     }
 }
 
-// Eight bytes at once, the benchmark's row "parse" pays for it: true when all are from 0x20 to 0x7F. A smaller byte turns
-// the top bit of its own difference on, a larger one has it on already.
+// Eight bytes at once, the benchmark's row "parse" pays for it: true when all are from 0x20 to 0x7F. A smaller byte
+// turns the top bit of its own difference on, a larger one has it on already.
 bool are_plain(const char* bytes)
 {
     constexpr std::uint64_t ones = 0x0101010101010101;

@@ -1,6 +1,7 @@
 #include "platform/xml_characters.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace NUVEK_2_18::parser {
 

@@ -1,5 +1,6 @@
 #include "platform/xml_document.h"
 
+#include <string_view>
 #include <vector>
 
 #include "platform/xml_scanner.h"
@@ -18,6 +19,7 @@ public:
     {
     }
 
+    // document = XMLDecl? Misc* (doctypedecl Misc*)? element Misc*
     checked_document check(bool header_optional)
     {
         if (!take_header(header_optional)) return outcome();
@@ -47,7 +49,6 @@ private:
     // Passes on what a take of the scanner said.
     bool taken(bool is_sound) { return is_sound || report(m_scanner.fault(), m_scanner.position()); }
 
-    // document = XMLDecl? Misc* (doctypedecl Misc*)? element Misc*
     bool take_header(bool header_optional)
     {
         if (m_scanner.at_declaration()) return taken(m_scanner.take_declaration());

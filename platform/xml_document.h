@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string_view>
 
 #include "platform/text_encoding.h"
 #include "platform/xml_stream_parser.h"

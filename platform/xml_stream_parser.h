@@ -20,8 +20,8 @@
 // attribute values normalised as XML has it.
 //
 // A document type declaration is read past and never applied: no entity, attribute type, default value or outside file
-// comes from it. Its outer shape is checked, and of the declarations inside it only where they end. The references known
-// are the five predefined entities and character references.
+// comes from it. Its outer shape is checked, and of the declarations inside it only where they end. The references
+// known are the five predefined entities and character references.
 //
 // Cost: parse reads the document once and keeps no nodes; a node is made when it is asked for. Memory is the document
 // plus what is open; time grows linearly with the document's size (attribute names on one element: n log n), and

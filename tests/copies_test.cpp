@@ -14,7 +14,6 @@ struct table : vector_map_t
 {
     using vector_map_t::begin;
     using vector_map_t::end;
-    using vector_map_t::get_args;
     using vector_map_t::m_items;
 
     // Adds the items of that name, each with the value.
@@ -61,8 +60,7 @@ TEST(Copies, AnIteratorFromBeforeTheCopyReachesIt)
     const table copy = original;
     original = *&original;
     held->second.at(0) = "2";
-    EXPECT_EQ(copy.content(), "a=1 ");
-    EXPECT_EQ(original.content(), "a=2 ");
+    EXPECT_EQ(copy.content() + original.content(), "a=1 a=2 ");
     original.add({"b"}, "3");
     EXPECT_EQ(std::distance(held, original.end()), 2) << "the iterator is still one of the table";
 }
@@ -77,8 +75,6 @@ TEST(Copies, TwoThreadsMeetInSharedItems)
         for (int i = 0; i < 4; ++i) {
             threads.emplace_back([i, copy = original]() mutable {
                 const table again = copy;
-                std::vector<ustring8> values;
-                EXPECT_TRUE(again.get_args("a", values));
                 if (i % 2 == 0) copy.begin()->second.at(0) = std::to_string(i);
                 if (i % 2 == 1) copy.clear();
                 EXPECT_EQ(again.content(), "a=1 ");

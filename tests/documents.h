@@ -29,8 +29,6 @@ public:
         std::filesystem::create_directory(m_path);
     }
     ~folder() { std::filesystem::remove_all(m_path); }
-    folder(const folder&) = delete;
-    folder& operator=(const folder&) = delete;
 
     // Makes the folders that the name's slashes ask for, too.
     void write(const std::string& name, std::string_view content) const

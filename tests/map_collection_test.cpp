@@ -88,7 +88,7 @@ TEST(MapCollection, AMasterFileIsJudgedWrongly)
              {begin + "<maps a='1'/></maps>", begin + "<maps a='1'><x/></maps></maps>", begin + "<maps></maps>",
               begin + "<map name='n' b='1'><x/></map></maps>", begin + "<map nam='n'><x/></map></maps>",
               begin + "<map name=''><x/></map></maps>", begin + "<Map name='n'><x/></Map></maps>",
-              begin + "<map><x/></map></maps>", begin + "<include/></maps>", begin + "<include name='x'/></maps>",
+              begin + "<map><map/></map></maps>", begin + "<include/></maps>", begin + "<include name='x'/></maps>",
               begin + "<x/></maps>", begin + "<x name='n'/></maps>"}},
             {"duplicate_map 2 | m:0 | a", {begin + "<x name='m'/></maps>", begin + "<vector_map name='m'/></maps>"}},
             {"invalid_format 0 | m:0 | x", {begin + "<include file='x'><x/></include></maps>"}},
@@ -112,6 +112,7 @@ TEST(MapCollection, AnIncludeIsResolvedOrReportedWrongly)
             {"no_error 1 | m:0 | b", {file("a", include("b") + m)}},
             {"no_error 0 | m:0 | b", {file("a", m + include("b"))}},
             {"file_not_found 0 | | b", {open + include("b")}},
+            {"no_error 0 | | b", {open + include("b") + include("b") + file("b", "")}},
             {"invalid_format 1 | m:0 | b", {file("a", include("b") + "<x/>") + file("b", m + "<x/>" + c)}},
             {"no_error 0 | | ", {file("a", include(""))}},
             // always relative to the first file's directory, with either separator
@@ -132,6 +133,7 @@ TEST(MapCollection, AnIncludeIsResolvedOrReportedWrongly)
         load);
 }
 
+// The tests run on a small stack (tests/CMakeLists.txt), so that this shows.
 TEST(MapCollection, ADeepChainOfIncludesExhaustsTheStack)
 {
     const documents::folder folder;
@@ -224,7 +226,9 @@ TEST(MapCollection, AQueryAnswersForAnotherKind)
     EXPECT_TRUE(maps.type("vc") == MT_VECTOR_COLLECTION && maps.type("M") == MT_UNKNOWN);
     ustring8 text = "x";
     EXPECT_TRUE(maps.get_attrib("c", "l", text, text)) << "the output may be one of the names";
-    EXPECT_FALSE(maps.get_attrib("c", "k", "y", text));
+    EXPECT_TRUE(!maps.get_attrib("c", "k", "y", text = "before") && text == "before");
+    std::vector<ustring8> list = {"k"};
+    EXPECT_TRUE(maps.get_args("v", list[0], list) && list.size() == 2);
     std::vector<set> sets;
     EXPECT_TRUE(maps.get_args_vector("vc", "k", sets));
     EXPECT_EQ(sets, (std::vector<set>{{{"name", "s"}, {"x", "1"}}, {{"name", "t"}, {"x", ""}}}));

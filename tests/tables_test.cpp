@@ -183,8 +183,10 @@ TEST(Tables, ASecondLoadLosesTheFirst)
     EXPECT_EQ(load(simple, "<item name='a'/><arg name='x'/>"), "no_error 1 | a=x | map");
     EXPECT_EQ(load(simple, "<x/><item name='b'/>"), "no_error 1 | a=x | x") << "the line stays";
     EXPECT_EQ(load(simple, "<item name='b'/><item name='a'/>"), "duplicate_item 2 | a=x b= | map");
+    EXPECT_EQ(load(simple, "<item name='c'/>"), "no_error 1 | a=x b= c= | map") << "the fault is past";
+    load(simple, "<item/>");
     simple.clear();
-    EXPECT_TRUE(simple.empty() && simple.id() == "m" && simple.m_error.type() == map_error_t::duplicate_item);
+    EXPECT_TRUE(simple.empty() && simple.id() == "m" && simple.m_error.type() == map_error_t::invalid_format);
 
     opened_collection collection;
     load(collection, "<item name='a' c='1'/>");
@@ -197,8 +199,14 @@ TEST(Tables, ASecondLoadLosesTheFirst)
     EXPECT_EQ(attribs, (std::map<ustring8, ustring8>{{"name", "a"}, {"c", "1"}, {"d", ""}}));
     collection.clear();
     EXPECT_EQ(load(collection, "<item name='a'/>"), "duplicate_attrib 0 | (name,c,name,d,name) | map");
+    EXPECT_EQ(load(collection, "<x/>"), "no_error 0 | (name,c,name,d,name) | x");
+
+    opened<vector_map_t> vector;
+    load(vector, "<item/>");
+    EXPECT_EQ(load(vector, "<item name='a'/>"), "no_error 1 | a=() | map");
 
     opened_vector_collection vectors;
+    load(vectors, "<item/>");
     load(vectors, "<item name='a'/><arg name='x' c='1'/>");
     EXPECT_EQ(load(vectors, "<item name='b'/><arg name='y' d=''/><item name='c'/><arg name='z'/>$"),
               "duplicate_attrib 0 | (name,c,name,d,name) a=((x,1)) | end");

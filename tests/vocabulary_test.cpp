@@ -32,10 +32,10 @@ TEST(Vocabulary, ATextMovesToAnotherCode)
     texts.clear();
     for (int code = -1; code <= 5; ++code) {
         const auto type = static_cast<map_type>(code);
-        texts += maps.map_type_as_string(type) + (maps.map_type_as_string(type) == map_type_label(type) ? " " : "* ");
+        EXPECT_EQ(map_type_label(type), code < 0 || code > 4 ? "<Unknown>" : maps.map_type_as_string(type));
+        texts += maps.map_type_as_string(type) + ' ';
     }
-    EXPECT_EQ(texts, "UNKNOWN* MT_SIMPLE MT_COLLECTION MT_VECTOR MT_VECTOR_COLLECTION MT_UNKNOWN UNKNOWN* ");
-    EXPECT_EQ(map_type_label(static_cast<map_type>(5)), "<Unknown>");
+    EXPECT_EQ(texts, "UNKNOWN MT_SIMPLE MT_COLLECTION MT_VECTOR MT_VECTOR_COLLECTION MT_UNKNOWN UNKNOWN ");
 }
 
 TEST(Vocabulary, AParserCodeIsTakenForAnother)
@@ -52,6 +52,11 @@ TEST(Vocabulary, AParserCodeIsTakenForAnother)
               "end_tag_mismatch 2, attribute_redefined 2, unexpected_character 2, missing_quote 2, unknown_entity 2, "
               "missing_equal 2, fatal_error 2, file_not_found 1, no_xml_header 2, no_root_tag 2, "
               "unknown_parse_error 0, ");
+}
+
+TEST(Vocabulary, MalformedTextIsLostOrKept)
+{
+    EXPECT_EQ(NUVEK_2_18::strings::utf8_to_utf16("a\xF0\x90\x80\x80\xE2\x82z\xFF"), u"a\U00010000\uFFFDz\uFFFD");
 }
 
 TEST(Diagnostics, ADumpedNodeLosesALine)
