@@ -54,7 +54,7 @@ std::string content()
 
 void count_bytes(benchmark::State& state)
 {
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * std::filesystem::file_size(file())));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(std::filesystem::file_size(file())));
 }
 
 void parse(benchmark::State& state)

@@ -36,7 +36,7 @@ if(DATA_MAPPER4_BENCH)
     find_package(pugixml REQUIRED)
     add_executable(load_bench bench/load_bench.cpp)
     target_link_libraries(load_bench PRIVATE
-        data_mapper4::data_mapper4 benchmark::benchmark_main EXPAT::EXPAT pugixml::pugixml
+        data_mapper4_objects data_mapper4_warnings benchmark::benchmark_main EXPAT::EXPAT pugixml::pugixml
     )
 endif()
 

@@ -17,13 +17,15 @@ constexpr std::size_t few_names = 16;
 
 bool has_equal_pair(const attrib_schema& schema)
 {
+    const auto stands_again = [&](attrib_schema::const_iterator name) {
+        return std::find(std::next(name), schema.end(), *name) != schema.end();
+    };
     // A second load into one table appends to a schema again and again, and every element's first name is "name":
     // without this look at the first entry each of them would sort a longer list.
-    if (!schema.empty() && std::find(std::next(schema.begin()), schema.end(), schema.front()) != schema.end())
-        return true;
+    if (!schema.empty() && stands_again(schema.begin())) return true;
     if (schema.size() <= few_names) {
         for (auto name = schema.begin(); name != schema.end(); ++name) {
-            if (std::find(std::next(name), schema.end(), *name) != schema.end()) return true;
+            if (stands_again(name)) return true;
         }
         return false;
     }
@@ -39,8 +41,7 @@ public:
     explicit attribute_finder(const node& element) : m_is_sorted(element.attributes.size() > few_names)
     {
         m_entries.reserve(element.attributes.size());
-        for (const auto& attribute : element.attributes)
-            m_entries.push_back({attribute.first, &attribute.second, false});
+        for (const auto& [name, value] : element.attributes) m_entries.push_back({name, &value, false});
         // The element's own name need not be in the schema.
         if (!m_entries.empty()) m_entries.front().is_known = true;
         // Stable: of several attributes of one name the first one stays the first.

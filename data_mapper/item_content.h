@@ -8,6 +8,7 @@
 // kind to kind, and stands in the kind's own file.
 #pragma once
 
+#include <cstddef>
 #include <utility>
 
 #include "data_mapper/map_error_t.h"

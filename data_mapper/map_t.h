@@ -62,8 +62,8 @@ public:
     // The container, to look at. Valid until this holder changes.
     const container& read() const { return m_shared->items; }
 
-    // The container, to change: its own from here on. Reading the count acquires what former holders did before they
-    // let go of the container.
+    // The container, to change: the holder's own until it is copied. Reading the count acquires what former holders did
+    // before they let go of the container.
     container& write()
     {
         if (m_shared->holders.load(std::memory_order_acquire) != 1) take(shared_items(read()));
