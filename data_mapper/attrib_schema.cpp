@@ -9,7 +9,9 @@ namespace data_mapper4 {
 
 namespace {
 
-using node = NUVEK_2_18::parser::xml_stream_parser::node;
+using NUVEK_2_18::parser::xml_attribute;
+using NUVEK_2_18::parser::xml_element;
+using NUVEK_2_18::parser::xml_value;
 
 // Up to here names are compared one by one; beyond it they are sorted first, so that no file can make the work grow
 // with the square of its attributes.
@@ -38,10 +40,10 @@ bool has_equal_pair(const attrib_schema& schema)
 class attribute_finder
 {
 public:
-    explicit attribute_finder(const node& element) : m_is_sorted(element.attributes.size() > few_names)
+    explicit attribute_finder(const xml_element& element) : m_is_sorted(element.attributes.size() > few_names)
     {
         m_entries.reserve(element.attributes.size());
-        for (const auto& [name, value] : element.attributes) m_entries.push_back({name, &value, false});
+        for (const xml_attribute& each : element.attributes) m_entries.push_back({each.name, &each.value, false});
         // The element's own name need not be in the schema.
         if (!m_entries.empty()) m_entries.front().is_known = true;
         // Stable: of several attributes of one name the first one stays the first.
@@ -49,9 +51,9 @@ public:
     }
 
     // The value of the first attribute of that name, or nullptr.
-    const ustring8* find(const ustring8& name)
+    const xml_value* find(const ustring8& name)
     {
-        const ustring8* value = nullptr;
+        const xml_value* value = nullptr;
         auto at = m_entries.begin();
         if (m_is_sorted) at = std::lower_bound(at, m_entries.end(), entry{name, nullptr, false}, is_before);
         for (; at != m_entries.end() && (!m_is_sorted || at->name == name); ++at) {
@@ -71,7 +73,7 @@ private:
     struct entry
     {
         std::string_view name;
-        const ustring8* value;
+        const xml_value* value;
         bool is_known;
     };
 
@@ -80,6 +82,18 @@ private:
     std::vector<entry> m_entries;
     bool m_is_sorted;
 };
+
+// Adds the row of an element whose attributes stand in the schema's order, as they mostly do. False for any other one.
+bool add_in_order(const xml_element& element, const attrib_schema& schema, attrib_row& row)
+{
+    auto attribute = element.attributes.begin();
+    const auto end = element.attributes.end();
+    for (const ustring8& name : schema) {
+        const bool is_next = attribute != end && attribute->name == name;
+        row.push_back(is_next ? (attribute++)->value : xml_value());
+    }
+    return attribute == end;
+}
 
 map_error_t result(map_error_t::result_type type)
 {
@@ -90,35 +104,36 @@ map_error_t result(map_error_t::result_type type)
 
 }  // namespace
 
-map_error_t read_attrib_names(const node& element, attrib_schema& schema, bool leave_out_first)
+map_error_t read_attrib_names(const xml_element& element, attrib_schema& schema, bool leave_out_first)
 {
     auto attribute = element.attributes.begin();
     if (leave_out_first && attribute != element.attributes.end()) ++attribute;
-    for (; attribute != element.attributes.end(); ++attribute) schema.push_back(attribute->first);
+    for (; attribute != element.attributes.end(); ++attribute) schema.emplace_back(attribute->name);
     return result(has_equal_pair(schema) ? map_error_t::duplicate_attrib : map_error_t::no_error);
 }
 
-map_error_t read_attrib_values(const node& element, const attrib_schema& schema, attrib_row& row)
+map_error_t read_attrib_values(const xml_element& element, const attrib_schema& schema, attrib_row& row)
 {
     if (schema.size() + 1 < element.attributes.size()) return result(map_error_t::collection_error);
     const std::size_t size_before = row.size();
-    row.reserve(size_before + schema.size());
+    if (add_in_order(element, schema, row)) return result(map_error_t::no_error);
+    row.resize(size_before);
     attribute_finder attributes(element);
     for (const ustring8& name : schema) {
-        const ustring8* const value = attributes.find(name);
-        row.push_back(value == nullptr ? ustring8() : *value);
+        const xml_value* const value = attributes.find(name);
+        row.push_back(value == nullptr ? xml_value() : *value);
     }
     if (attributes.were_all_found()) return result(map_error_t::no_error);
     row.resize(size_before);
     return result(map_error_t::collection_error);
 }
 
-ustring8 value_at(const attrib_row& row, std::size_t k)
+ustring8 value_at(const std::vector<ustring8>& row, std::size_t k)
 {
     return k < row.size() ? row[k] : ustring8();
 }
 
-void fill_attribs(const attrib_schema& schema, const attrib_row& row, std::map<ustring8, ustring8>& attribs)
+void fill_attribs(const attrib_schema& schema, const std::vector<ustring8>& row, std::map<ustring8, ustring8>& attribs)
 {
     for (std::size_t k = 0; k < schema.size(); ++k) attribs.emplace(schema[k], value_at(row, k));
 }

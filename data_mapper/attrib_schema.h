@@ -4,20 +4,21 @@
 // order, the empty string where the element leaves the attribute out.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <vector>
 
 #include "data_mapper/map_error_t.h"
-#include "platform/xml_stream_parser.h"
+#include "platform/xml_element.h"
 
 namespace data_mapper4 {
 
 using attrib_schema = std::vector<ustring8>;
-using attrib_row = std::vector<ustring8>;
+using attrib_row = std::vector<NUVEK_2_18::parser::xml_value>;
 
 // Appends the element's attribute names to the schema, without the first one if `leave_out_first`. no_error, or
 // duplicate_attrib when two names of the whole schema are equal; the appended names stay. The line is always 0.
-map_error_t read_attrib_names(const NUVEK_2_18::parser::xml_stream_parser::node& element, attrib_schema& schema,
+map_error_t read_attrib_names(const NUVEK_2_18::parser::xml_element& element, attrib_schema& schema,
                               bool leave_out_first);
 
 // Appends the element's value of every attribute in the schema to the row. no_error, or collection_error, with the row
@@ -25,14 +26,14 @@ map_error_t read_attrib_names(const NUVEK_2_18::parser::xml_stream_parser::node&
 // one that the schema does not have. The line is always 0.
 //
 // Of several attributes of one name the first one counts.
-map_error_t read_attrib_values(const NUVEK_2_18::parser::xml_stream_parser::node& element, const attrib_schema& schema,
+map_error_t read_attrib_values(const NUVEK_2_18::parser::xml_element& element, const attrib_schema& schema,
                                attrib_row& row);
 
 // The row's entry for the schema's k-th name: the empty string where the row, stored before the schema grew, is
 // shorter.
-ustring8 value_at(const attrib_row& row, std::size_t k);
+ustring8 value_at(const std::vector<ustring8>& row, std::size_t k);
 
 // The attributes by name, without what `attribs` has already.
-void fill_attribs(const attrib_schema& schema, const attrib_row& row, std::map<ustring8, ustring8>& attribs);
+void fill_attribs(const attrib_schema& schema, const std::vector<ustring8>& row, std::map<ustring8, ustring8>& attribs);
 
 }  // namespace data_mapper4

@@ -1,41 +1,62 @@
 #include "data_mapper/collection_map_t.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "data_mapper/attrib_schema.h"
-#include "data_mapper/item_content.h"
+#include "data_mapper/item_loader.h"
 
 namespace data_mapper4 {
+
+namespace {
+
+// group = item      whose attributes are a row; the first one's names are the schema
+//
+// The results of the schema functions are kept whole, their line 0 included: a fault that they find, and a load that
+// added an item, report line 0 and not the item's, unlike the other kinds of map.
+class row_reader
+{
+public:
+    using items = std::map<ustring8, std::vector<ustring8>>;
+    static constexpr element_form form = element_form::name_and_attributes;
+    static constexpr bool ends_at_line = false;
+
+    explicit row_reader(attrib_schema& schema) : m_schema(schema) {}
+
+    bool can_repeat() const { return m_is_schema_read; }
+
+    group take(xml_element_queue& queue, load_outcome& outcome)
+    {
+        const xml_element& item = queue.front();
+        m_row.clear();
+        map_error_t result;
+        if (!m_is_schema_read) result = read_attrib_names(item, m_schema, false);
+        if (result.type() == map_error_t::no_error) {
+            m_is_schema_read = true;
+            result = read_attrib_values(item, m_schema, m_row);
+        }
+        queue.pop();
+        outcome.set(result);
+        return outcome.is_sound() ? group::add : group::end;
+    }
+
+    std::vector<ustring8> value() const { return texts_of(m_row.data(), m_row.size()); }
+
+private:
+    attrib_schema& m_schema;
+    bool m_is_schema_read = false;
+    attrib_row m_row;
+};
+
+}  // namespace
 
 collection_map_t::collection_map_t() = default;
 collection_map_t::collection_map_t(const collection_map_t& other) = default;
 collection_map_t::~collection_map_t() = default;
 collection_map_t& collection_map_t::operator=(const collection_map_t& other) = default;
 
-// The results of the schema functions are kept whole, their line 0 included: a fault that they find, and a load that
-// added an item, report line 0 and not the item's, unlike the other kinds of map.
 map_error_t collection_map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
-    m_id = map_name;
-    m_error.type(map_error_t::no_error);
-    bool is_schema_read = false;
-    xml_stream_parser::node item;
-    while (is_item_waiting(parser)) {
-        items& known = m_items.write();
-        items::iterator position;
-        if (!take_item(parser, element_form::name_and_attributes, known, item, position, m_error)) break;
-        if (!is_schema_read) {
-            m_error = read_attrib_names(item, m_attrib_names, false);
-            if (m_error.type() != map_error_t::no_error) break;
-            is_schema_read = true;
-        }
-        attrib_row row;
-        m_error = read_attrib_values(item, m_attrib_names, row);
-        if (m_error.type() != map_error_t::no_error) break;
-        if (!add_item(known, position, item, std::move(row), m_error)) break;
-    }
-    return m_error;
+    return load_table(row_reader(m_attrib_names), map_name, parser, m_id, m_error, m_items);
 }
 
 void collection_map_t::clear()

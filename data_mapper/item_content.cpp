@@ -1,45 +1,55 @@
 #include "data_mapper/item_content.h"
 
+#include <string_view>
+
 namespace data_mapper4 {
 
 namespace {
 
-bool is_waiting(xml_stream_parser& parser, const char* tag)
+bool is_waiting(xml_element_queue& queue, std::string_view tag)
 {
-    return !parser.node_queue_empty() && parser.node_queue_front().tag == tag;
+    return !queue.empty() && queue.front().tag == tag;
 }
 
 }  // namespace
 
-bool is_item_waiting(xml_stream_parser& parser)
+bool is_item_waiting(xml_element_queue& queue)
 {
-    return is_waiting(parser, "item");
+    return is_waiting(queue, "item");
 }
 
-bool is_arg_waiting(xml_stream_parser& parser)
+bool is_arg_waiting(xml_element_queue& queue)
 {
-    return is_waiting(parser, "arg");
+    return is_waiting(queue, "arg");
 }
 
-bool has_form(const xml_stream_parser::node& element, element_form form)
+bool has_form(const xml_element& element, element_form form)
 {
     const auto& attributes = element.attributes;
-    if (attributes.empty() || attributes.front().first != "name") return false;
+    if (attributes.empty() || attributes.front().name != "name") return false;
     if (form == element_form::name_only && attributes.size() != 1) return false;
-    return element.data.empty();
+    return !element.has_data;
 }
 
-ustring8& name_of(xml_stream_parser::node& element)
+const xml_value& name_of(const xml_element& element)
 {
-    return element.attributes.front().second;
+    return element.attributes.front().value;
 }
 
-map_error_t::result_type check_item(xml_stream_parser::node& item, element_form form, xml_stream_parser& parser)
+bool is_sound_item(xml_element_queue& queue, element_form form)
 {
-    if (!has_form(item, form) || name_of(item).empty()) return map_error_t::invalid_format;
+    const xml_element& item = queue.front();
+    if (!has_form(item, form) || name_of(item).empty()) return false;
     // An item that carries its attributes itself needs nothing behind it.
-    if (form == element_form::name_only && parser.node_queue_empty()) return map_error_t::invalid_format;
-    return map_error_t::no_error;
+    return form == element_form::name_and_attributes || queue.size() > 1;
+}
+
+std::vector<ustring8> texts_of(const xml_value* values, std::size_t size)
+{
+    std::vector<ustring8> texts;
+    texts.reserve(size);
+    for (const xml_value* value = values; value != values + size; ++value) texts.push_back(value->text());
+    return texts;
 }
 
 }  // namespace data_mapper4

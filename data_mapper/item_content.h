@@ -1,6 +1,6 @@
 // Internal: the item grammar that the four kinds of map share.
 //
-//     content = (item arg*)*     a run of nodes in the parser's queue, whatever their nesting in the document
+//     content = (item arg*)*     a run of elements in the parser's queue, whatever their nesting in the document
 //     item    = <item name="KEY"/>
 //     arg     = <arg name="VALUE"/>
 //
@@ -9,14 +9,19 @@
 #pragma once
 
 #include <cstddef>
-#include <utility>
+#include <vector>
 
 #include "data_mapper/map_error_t.h"
+#include "platform/xml_element_queue.h"
 #include "platform/xml_stream_parser.h"
 
 namespace data_mapper4 {
 
+using NUVEK_2_18::parser::xml_attribute;
+using NUVEK_2_18::parser::xml_element;
+using NUVEK_2_18::parser::xml_element_queue;
 using NUVEK_2_18::parser::xml_stream_parser;
+using NUVEK_2_18::parser::xml_value;
 
 // What an element carries beside its name.
 enum class element_form
@@ -25,49 +30,52 @@ enum class element_form
     name_and_attributes,
 };
 
-// Whether a node waits and is an item, or an arg.
-bool is_item_waiting(xml_stream_parser& parser);
-bool is_arg_waiting(xml_stream_parser& parser);
+// Whether an element waits and is an item, or an arg.
+bool is_item_waiting(xml_element_queue& queue);
+bool is_arg_waiting(xml_element_queue& queue);
 
 // The first attribute is "name", the others are as the form allows, and there is no text.
-bool has_form(const xml_stream_parser::node& element, element_form form);
+bool has_form(const xml_element& element, element_form form);
 
 // The value of the "name" of an element that has either form.
-ustring8& name_of(xml_stream_parser::node& element);
+const xml_value& name_of(const xml_element& element);
 
-// Checks an item just taken: its form, its name, and that something follows an item that has nothing but its name, even
-// if only the end tag of its map. no_error or invalid_format.
-map_error_t::result_type check_item(xml_stream_parser::node& item, element_form form, xml_stream_parser& parser);
+// The values as texts of their own.
+std::vector<ustring8> texts_of(const xml_value* values, std::size_t size);
 
-// Takes the item that waits. True when it is sound and its name new to the items; `position` is then where it belongs
-// among them. False: error has the fault's code. The error's line becomes the item's either way.
-template <class items>
-bool take_item(xml_stream_parser& parser, element_form form, items& known, xml_stream_parser::node& item,
-               typename items::iterator& position, map_error_t& error)
+// Whether the item in front is sound: its form, its name, and that something follows an item that has nothing but its
+// name, even if only the end tag of its map.
+bool is_sound_item(xml_element_queue& queue, element_form form);
+
+// The outcome of a load that goes on. Its line is that of an element, and counted only where the load ends.
+class load_outcome
 {
-    item = parser.node_queue_pop();
-    error.line(item.line);
-    const map_error_t::result_type code = check_item(item, form, parser);
-    if (code != map_error_t::no_error) {
-        error.type(code);
-        return false;
+public:
+    explicit load_outcome(const map_error_t& before) : m_error(before) { m_error.type(map_error_t::no_error); }
+
+    bool is_sound() const { return m_error.type() == map_error_t::no_error; }
+    void type(map_error_t::result_type type) { m_error.type(type); }
+
+    // The line becomes that of the element.
+    void stand_at(const xml_element& element) { m_begin = element.begin; }
+
+    // Code and line become those of the result.
+    void set(const map_error_t& result)
+    {
+        m_error = result;
+        m_begin = nullptr;
     }
-    position = known.lower_bound(name_of(item));
-    const bool is_new = position == known.end() || position->first != name_of(item);
-    if (!is_new) error.type(map_error_t::duplicate_item);
-    return is_new;
-}
 
-// Adds what a taken item stands for. False: it was not added, and error has the code.
-template <class items, class content>
-bool add_item(items& known, typename items::iterator position, xml_stream_parser::node& item, content&& value,
-              map_error_t& error)
-{
-    const std::size_t size = known.size();
-    known.emplace_hint(position, std::move(name_of(item)), std::forward<content>(value));
-    if (known.size() != size) return true;
-    error.type(map_error_t::memory_error);
-    return false;
-}
+    map_error_t in_lines_of(xml_element_queue& queue) const
+    {
+        map_error_t error = m_error;
+        if (m_begin != nullptr) error.line(queue.line_of(m_begin));
+        return error;
+    }
+
+private:
+    map_error_t m_error;
+    const char* m_begin = nullptr;  // of the element that gives the line, if one does
+};
 
 }  // namespace data_mapper4

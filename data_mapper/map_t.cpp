@@ -1,21 +1,41 @@
 #include "data_mapper/map_t.h"
 
-#include "data_mapper/item_content.h"
+#include "data_mapper/item_loader.h"
 
 namespace data_mapper4 {
 
 namespace {
 
-// arg = <arg name="TEXT"/>     TEXT may be empty; no arg at all stands for the empty text
-bool take_text(xml_stream_parser& parser, ustring8& text)
+// group = item arg?      arg = <arg name="TEXT"/>, TEXT may be empty; no arg at all stands for the empty text
+class text_reader
 {
-    text.clear();
-    if (!is_arg_waiting(parser)) return true;
-    xml_stream_parser::node arg = parser.node_queue_pop();
-    if (!has_form(arg, element_form::name_only)) return false;
-    text = std::move(name_of(arg));
-    return true;
-}
+public:
+    using items = std::map<ustring8, const ustring8>;
+    static constexpr element_form form = element_form::name_only;
+    static constexpr bool ends_at_line = false;
+
+    bool can_repeat() const { return true; }
+
+    // A fault is reported at the item's line, also when it lies in the arg behind it.
+    group take(xml_element_queue& queue, load_outcome& outcome)
+    {
+        queue.pop();
+        m_text = xml_value();
+        if (!is_arg_waiting(queue)) return group::add;
+        const xml_element& arg = queue.front();
+        const bool is_sound = has_form(arg, form);
+        if (is_sound) m_text = name_of(arg);
+        queue.pop();
+        if (is_sound) return group::add;
+        outcome.type(map_error_t::invalid_format);
+        return group::end;
+    }
+
+    ustring8 value() const { return m_text.text(); }
+
+private:
+    xml_value m_text;
+};
 
 }  // namespace
 
@@ -24,24 +44,9 @@ map_t::map_t(const map_t& other) = default;
 map_t::~map_t() = default;
 map_t& map_t::operator=(const map_t& other) = default;
 
-// A fault is reported at the item's line, also when it lies in the arg behind it.
 map_error_t map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
-    m_id = map_name;
-    m_error.type(map_error_t::no_error);
-    xml_stream_parser::node item;
-    ustring8 text;
-    while (is_item_waiting(parser)) {
-        items& known = m_items.write();
-        items::iterator position;
-        if (!take_item(parser, element_form::name_only, known, item, position, m_error)) break;
-        if (!take_text(parser, text)) {
-            m_error.type(map_error_t::invalid_format);
-            break;
-        }
-        if (!add_item(known, position, item, std::move(text), m_error)) break;
-    }
-    return m_error;
+    return load_table(text_reader(), map_name, parser, m_id, m_error, m_items);
 }
 
 void map_t::clear()

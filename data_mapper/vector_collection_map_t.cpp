@@ -1,38 +1,73 @@
 #include "data_mapper/vector_collection_map_t.h"
 
-#include <utility>
-
 #include "data_mapper/attrib_schema.h"
-#include "data_mapper/item_content.h"
+#include "data_mapper/item_loader.h"
 
 namespace data_mapper4 {
 
 namespace {
 
-// arg = <arg name="SET" .../>     SET is not empty
+// group = item arg*      arg = <arg name="SET" .../>, SET not empty: its attributes are a row
 //
-// Takes the arg that waits and appends its row. The first arg that is sound also gives the schema. The results of the
-// schema functions are kept whole, so a sound arg sets the error back to no_error and line 0.
-bool take_row(xml_stream_parser& parser, attrib_schema& schema, bool& is_schema_read, std::vector<attrib_row>& rows,
-              map_error_t& error)
+// The first arg that is sound also gives the schema. The results of the schema functions are kept whole, so a sound arg
+// sets the outcome back to no_error and line 0.
+class rows_reader
 {
-    xml_stream_parser::node arg = parser.node_queue_pop();
-    error.line(arg.line);
-    if (!has_form(arg, element_form::name_and_attributes) || name_of(arg).empty()) {
-        error.type(map_error_t::invalid_format);
-        return false;
+public:
+    using items = std::map<ustring8, std::vector<std::vector<ustring8>>>;
+    static constexpr element_form form = element_form::name_only;
+    static constexpr bool ends_at_line = true;
+
+    explicit rows_reader(attrib_schema& schema) : m_schema(schema) {}
+
+    bool can_repeat() const { return m_is_schema_read; }
+
+    // A faulty arg drops its item and leaves its code; the load goes on, and the next sound arg clears the code.
+    group take(xml_element_queue& queue, load_outcome& outcome)
+    {
+        queue.pop();
+        m_values.clear();
+        m_rows = 0;
+        bool is_sound = true;
+        while (is_sound && is_arg_waiting(queue)) {
+            is_sound = take_row(queue.front(), outcome);
+            queue.pop();
+        }
+        return outcome.is_sound() ? group::add : group::drop;
     }
-    if (!is_schema_read) {
-        error = read_attrib_names(arg, schema, false);
-        if (error.type() != map_error_t::no_error) return false;
-        is_schema_read = true;
+
+    std::vector<std::vector<ustring8>> value() const
+    {
+        std::vector<std::vector<ustring8>> rows;
+        rows.reserve(m_rows);
+        const std::size_t size = m_schema.size();
+        for (std::size_t i = 0; i < m_rows; ++i) rows.push_back(texts_of(m_values.data() + i * size, size));
+        return rows;
     }
-    attrib_row row;
-    error = read_attrib_values(arg, schema, row);
-    if (error.type() != map_error_t::no_error) return false;
-    rows.push_back(std::move(row));
-    return true;
-}
+
+private:
+    bool take_row(const xml_element& arg, load_outcome& outcome)
+    {
+        outcome.stand_at(arg);
+        if (!has_form(arg, element_form::name_and_attributes) || name_of(arg).empty()) {
+            outcome.type(map_error_t::invalid_format);
+            return false;
+        }
+        if (!m_is_schema_read) {
+            outcome.set(read_attrib_names(arg, m_schema, false));
+            if (!outcome.is_sound()) return false;
+            m_is_schema_read = true;
+        }
+        outcome.set(read_attrib_values(arg, m_schema, m_values));
+        if (outcome.is_sound()) ++m_rows;
+        return outcome.is_sound();
+    }
+
+    attrib_schema& m_schema;
+    bool m_is_schema_read = false;
+    attrib_row m_values;  // of all rows, one behind the other
+    std::size_t m_rows = 0;
+};
 
 }  // namespace
 
@@ -41,28 +76,10 @@ vector_collection_map_t::vector_collection_map_t(const vector_collection_map_t& 
 vector_collection_map_t::~vector_collection_map_t() = default;
 vector_collection_map_t& vector_collection_map_t::operator=(const vector_collection_map_t& other) = default;
 
-// A faulty arg drops its item and leaves its code in m_error; the load goes on, and the next sound arg clears the code.
-// The line is set before it is known whether the waiting node is an item, so the node that ends the content gives it.
+// The line is set before it is known whether the waiting element is an item, so the one that ends the content gives it.
 map_error_t vector_collection_map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
-    m_id = map_name;
-    m_error.type(map_error_t::no_error);
-    bool is_schema_read = false;
-    xml_stream_parser::node item;
-    while (!parser.node_queue_empty()) {
-        m_error.line(parser.node_queue_front().line);
-        if (!is_item_waiting(parser)) break;
-        items& known = m_items.write();
-        items::iterator position;
-        if (!take_item(parser, element_form::name_only, known, item, position, m_error)) break;
-        std::vector<attrib_row> rows;
-        while (is_arg_waiting(parser)) {
-            if (!take_row(parser, m_attrib_names, is_schema_read, rows, m_error)) break;
-        }
-        if (m_error.type() != map_error_t::no_error) continue;
-        if (!add_item(known, position, item, std::move(rows), m_error)) break;
-    }
-    return m_error;
+    return load_table(rows_reader(m_attrib_names), map_name, parser, m_id, m_error, m_items);
 }
 
 void vector_collection_map_t::clear()
@@ -89,7 +106,7 @@ bool vector_collection_map_t::get_args_vector(const ustring8& item_name,
     if (found == m_items.read().end()) return false;
     args_vector.resize(found->second.size());
     auto attribs = args_vector.begin();
-    for (const attrib_row& row : found->second) fill_attribs(m_attrib_names, row, *attribs++);
+    for (const std::vector<ustring8>& row : found->second) fill_attribs(m_attrib_names, row, *attribs++);
     return true;
 }
 

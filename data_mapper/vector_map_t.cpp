@@ -1,29 +1,43 @@
 #include "data_mapper/vector_map_t.h"
 
-#include <utility>
-
-#include "data_mapper/item_content.h"
+#include "data_mapper/item_loader.h"
 
 namespace data_mapper4 {
 
 namespace {
 
-// args = arg*      arg = <arg name="TEXT"/>, TEXT not empty
-// Ends behind the first faulty arg; the values are those before it. Every arg moves the line.
-std::vector<ustring8> take_args(xml_stream_parser& parser, map_error_t& error)
+// group = item arg*      arg = <arg name="TEXT"/>, TEXT not empty
+class texts_reader
 {
-    std::vector<ustring8> values;
-    while (is_arg_waiting(parser)) {
-        xml_stream_parser::node arg = parser.node_queue_pop();
-        error.line(arg.line);
-        if (!has_form(arg, element_form::name_only) || name_of(arg).empty()) {
-            error.type(map_error_t::invalid_format);
-            break;
+public:
+    using items = std::map<ustring8, std::vector<ustring8>>;
+    static constexpr element_form form = element_form::name_only;
+    static constexpr bool ends_at_line = false;
+
+    bool can_repeat() const { return true; }
+
+    // Ends behind the first faulty arg, and the item keeps the texts before it. Every arg moves the line.
+    group take(xml_element_queue& queue, load_outcome& outcome)
+    {
+        queue.pop();
+        m_texts.clear();
+        bool is_sound = true;
+        while (is_sound && is_arg_waiting(queue)) {
+            const xml_element& arg = queue.front();
+            outcome.stand_at(arg);
+            is_sound = has_form(arg, form) && !name_of(arg).empty();
+            if (is_sound) m_texts.push_back(name_of(arg));
+            queue.pop();
         }
-        values.push_back(std::move(name_of(arg)));
+        if (!is_sound) outcome.type(map_error_t::invalid_format);
+        return group::add;
     }
-    return values;
-}
+
+    std::vector<ustring8> value() const { return texts_of(m_texts.data(), m_texts.size()); }
+
+private:
+    std::vector<xml_value> m_texts;
+};
 
 }  // namespace
 
@@ -35,16 +49,7 @@ vector_map_t& vector_map_t::operator=(const vector_map_t& other) = default;
 // A faulty arg leaves its code in m_error and the load goes on; only the faults of an item end it.
 map_error_t vector_map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
-    m_id = map_name;
-    m_error.type(map_error_t::no_error);
-    xml_stream_parser::node item;
-    while (is_item_waiting(parser)) {
-        items& known = m_items.write();
-        items::iterator position;
-        if (!take_item(parser, element_form::name_only, known, item, position, m_error)) break;
-        if (!add_item(known, position, item, take_args(parser, m_error), m_error)) break;
-    }
-    return m_error;
+    return load_table(texts_reader(), map_name, parser, m_id, m_error, m_items);
 }
 
 void vector_map_t::clear()

@@ -1,12 +1,12 @@
 #include "platform/text_encoding.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
+#include <cstddef>
 #include <iterator>
 #include <string_view>
 #include <utility>
 
+#include "platform/byte_runs.h"
 #include "platform/unicode.h"
 #include "platform/xml_characters.h"
 #include "platform/xml_scanner.h"
@@ -79,8 +79,11 @@ void end_text(document_text& document, std::size_t size, xml_stream_parser::erro
     document.fault_at_end = fault;
 }
 
-void decode_pairs(std::string_view bytes, bool is_big_endian, document_text& document)
+document_text decode_pairs(std::string_view bytes, bool is_big_endian)
 {
+    // A pair of bytes becomes three at the most.
+    document_text document = {text_buffer(bytes.size() + bytes.size() / 2 + 1), xml_stream_parser::no_error};
+    char* to = document.text.data();
     const auto unit_at = [&](std::size_t i) {
         if (i + 1 >= bytes.size()) return char16_t{0};
         const unsigned first = static_cast<unsigned char>(bytes[i]);
@@ -93,86 +96,87 @@ void decode_pairs(std::string_view bytes, bool is_big_endian, document_text& doc
         const char32_t code_point = unicode::take_utf16(at, std::end(units));
         if (code_point == unicode::malformed || i + 1 == bytes.size()) {
             document.fault_at_end = xml_stream_parser::unexpected_character;
-            return;
+            break;
         }
-        unicode::append_utf8(code_point, document.text);
+        to = unicode::write_utf8(code_point, to);
         i += static_cast<std::size_t>(at - units) * 2;
     }
+    document.text.resize(static_cast<std::size_t>(to - document.text.data()));
+    return document;
+}
+
+bool is_high(char byte)
+{
+    return (byte & 0x80) != 0;
 }
 
 void decode_latin1(document_text& document)
 {
-    strings::ustring8 text;
-    text.reserve(document.text.size());
-    for (const char byte : document.text) unicode::append_utf8(static_cast<unsigned char>(byte), text);
+    const std::string_view bytes = document.text.view();
+    const auto high = static_cast<std::size_t>(std::count_if(bytes.begin(), bytes.end(), is_high));
+    text_buffer text(bytes.size() + high);
+    char* to = text.data();
+    for (const char byte : bytes) to = unicode::write_utf8(static_cast<unsigned char>(byte), to);
+    text.resize(bytes.size() + high);
     document.text = std::move(text);
 }
 
 void check_ascii(document_text& document)
 {
-    const auto& text = document.text;
-    const auto high = std::find_if(text.begin(), text.end(), [](char byte) { return (byte & 0x80) != 0; });
-    if (high != text.end()) {
-        end_text(document, static_cast<std::size_t>(high - text.begin()), xml_stream_parser::unexpected_character);
-    }
+    const std::string_view text = document.text.view();
+    const auto* const high = std::find_if(text.begin(), text.end(), is_high);
+    if (high == text.end()) return;
+    end_text(document, static_cast<std::size_t>(high - text.begin()), xml_stream_parser::unexpected_character);
 }
 
-// Eight bytes at once, the benchmark's row "parse" pays for it: true when all are from 0x20 to 0x7F. A smaller byte
-// turns the top bit of its own difference on, a larger one has it on already.
-bool are_plain(const char* bytes)
-{
-    constexpr std::uint64_t ones = 0x0101010101010101;
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    return ((word | (word - ones * 0x20)) & (ones * 0x80)) == 0;
-}
-
-// Ends the text before its first ill-formed sequence or character that no XML document may hold.
-void check_characters(document_text& document)
+// Ends the text before its first ill-formed sequence or character that no XML document may hold. True when there is a
+// CR in it.
+bool check_characters(document_text& document)
 {
     const char* const begin = document.text.data();
     const char* const end = begin + document.text.size();
-    for (const char* at = begin; at != end;) {
+    bool has_cr = false;
+    for (const char* at = find_not_plain(begin, end); at != end;) {
         const char* const character = at;
-        if (end - at >= 8 && are_plain(at)) {
-            at += 8;
-        } else if (is_byte(*at, char_byte)) {
-            ++at;
-        } else if (!is_char(unicode::take_utf8(at, end))) {
+        if (*at == '\r') has_cr = true;
+        if (!is_char(unicode::take_utf8(at, end))) {
             end_text(document, static_cast<std::size_t>(character - begin), xml_stream_parser::unexpected_character);
-            return;
+            break;
         }
+        // Where one such character stands, more are likely.
+        if (at != end && !is_high(*at)) at = find_not_plain(at, end);
     }
+    return has_cr;
 }
 
 // CR LF and a lone CR become LF.
-void normalise_line_ends(strings::ustring8& text)
+void normalise_line_ends(text_buffer& text)
 {
-    std::size_t to = text.find('\r');
-    if (to == strings::ustring8::npos) return;
-    for (std::size_t from = to; from < text.size(); ++from) {
-        if (text[from] == '\n' && text[from - 1] == '\r') continue;
-        text[to++] = text[from];
+    char* const begin = text.data();
+    char* const end = begin + text.size();
+    char* to = begin;
+    for (const char* from = begin; from != end; ++from) {
+        if (*from == '\n' && from != begin && from[-1] == '\r') continue;
+        *to++ = *from;
     }
-    text.resize(to);
-    std::replace(text.begin(), text.end(), '\r', '\n');
+    std::replace(begin, to, '\r', '\n');
+    text.resize(static_cast<std::size_t>(to - begin));
 }
 
 }  // namespace
 
-document_text decode_document(strings::ustring8 bytes)
+document_text decode_document(text_buffer bytes)
 {
     document_text document;
-    const opening found = look_at(bytes);
+    const opening found = look_at(bytes.view());
+    bytes.remove_prefix(found.mark_size);
     if (found.form == byte_form::bytes || found.form == byte_form::marked_bytes) {
-        bytes.erase(0, found.mark_size);
         document.text = std::move(bytes);
     } else {
-        const auto pairs = std::string_view(bytes).substr(found.mark_size);
-        decode_pairs(pairs, found.form == byte_form::big_endian_pairs, document);
-        bytes = strings::ustring8();
+        document = decode_pairs(bytes.view(), found.form == byte_form::big_endian_pairs);
+        bytes = text_buffer();
     }
-    const std::string_view encoding = declared_encoding(document.text);
+    const std::string_view encoding = declared_encoding(document.text.view());
     if (!encoding.empty() && !may_declare(found.form, encoding)) {
         end_text(document, static_cast<std::size_t>(encoding.data() - document.text.data()),
                  xml_stream_parser::fatal_error);
@@ -181,8 +185,7 @@ document_text decode_document(strings::ustring8 bytes)
     } else if (is_same_name(encoding, "US-ASCII")) {
         check_ascii(document);
     }
-    check_characters(document);
-    normalise_line_ends(document.text);
+    if (check_characters(document)) normalise_line_ends(document.text);
     return document;
 }
 

@@ -68,22 +68,32 @@ char32_t take_utf16(const char16_t*& at, const char16_t* end)
     return 0x10000 + ((static_cast<char32_t>(unit) - 0xD800) << 10) + (static_cast<char32_t>(*at++) - 0xDC00);
 }
 
-void append_utf8(char32_t code_point, strings::ustring8& text)
+char* write_utf8(char32_t code_point, char* to)
 {
-    const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(static_cast<unsigned char>(byte))); };
-    if (code_point < 0x80) return append(code_point);
+    const auto write = [&to](char32_t byte) { *to++ = static_cast<char>(static_cast<unsigned char>(byte)); };
+    if (code_point < 0x80) {
+        write(code_point);
+        return to;
+    }
     if (code_point < 0x800) {
-        append(0xC0 | code_point >> 6);
+        write(0xC0 | code_point >> 6);
     } else {
         if (code_point < 0x10000) {
-            append(0xE0 | code_point >> 12);
+            write(0xE0 | code_point >> 12);
         } else {
-            append(0xF0 | code_point >> 18);
-            append(0x80 | (code_point >> 12 & 0x3F));
+            write(0xF0 | code_point >> 18);
+            write(0x80 | (code_point >> 12 & 0x3F));
         }
-        append(0x80 | (code_point >> 6 & 0x3F));
+        write(0x80 | (code_point >> 6 & 0x3F));
     }
-    append(0x80 | (code_point & 0x3F));
+    write(0x80 | (code_point & 0x3F));
+    return to;
+}
+
+void append_utf8(char32_t code_point, strings::ustring8& text)
+{
+    char bytes[4];
+    text.append(bytes, write_utf8(code_point, bytes));
 }
 
 bool append_utf16(const strings::ustring16& from, strings::ustring8& to)

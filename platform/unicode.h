@@ -15,6 +15,9 @@ char32_t take_utf8(const char*& at, const char* end);
 // The same for UTF-16; a surrogate without its other half is malformed.
 char32_t take_utf16(const char16_t*& at, const char16_t* end);
 
+// Writes the code point at `to`, in at most four bytes; gives the place behind it.
+char* write_utf8(char32_t code_point, char* to);
+
 void append_utf8(char32_t code_point, strings::ustring8& text);
 
 // Appends `from` to `to` up to the first malformed unit. True when there is none.

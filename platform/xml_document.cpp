@@ -3,6 +3,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/byte_runs.h"
+#include "platform/plain_markup.h"
+#include "platform/xml_characters.h"
 #include "platform/xml_scanner.h"
 
 namespace NUVEK_2_18::parser {
@@ -15,7 +18,7 @@ class document_checker
 {
 public:
     explicit document_checker(const document_text& document)
-        : m_scanner(document.text, document.fault_at_end), m_fault_at_end(document.fault_at_end)
+        : m_scanner(document.text.view(), document.fault_at_end), m_fault_at_end(document.fault_at_end)
     {
     }
 
@@ -24,6 +27,8 @@ public:
     {
         if (!take_header(header_optional)) return outcome();
         for (construct next = m_scanner.ahead(); next != construct::end; next = m_scanner.ahead()) {
+            take_plain();
+            next = m_scanner.ahead();
             m_begin = m_scanner.position();
             if (!take(next)) return outcome();
         }
@@ -35,7 +40,7 @@ public:
 private:
     bool is_outside() const { return m_open.empty(); }
 
-    checked_document outcome() const { return {m_outcome, m_begin, m_position, m_nodes}; }
+    checked_document outcome() const { return {m_outcome, m_begin, m_position, m_nodes, m_has_mixed_text}; }
 
     bool report(xml_stream_parser::error_type code, std::size_t position)
     {
@@ -58,6 +63,45 @@ private:
         return report(is_unread ? m_fault_at_end : xml_stream_parser::no_xml_header, 0);
     }
 
+    // Takes what stands within the root as long as it is plain.
+    void take_plain()
+    {
+        const char* at = m_scanner.at();
+        while (!is_outside()) {
+            const char* const tag = skip_plain_text(at);
+            if (tag == nullptr) break;
+            at = tag;
+            const char* const end = at[1] == '/' ? take_plain_end_tag(at) : take_plain_start_tag(at);
+            if (end == nullptr) break;
+            at = end;
+        }
+        m_scanner.go_to(at);
+    }
+
+    const char* skip_plain_text(const char* at)
+    {
+        const char* const text = skip_space(at);
+        if (*text == '<') return text;
+        const char* const end = find_first(text, '<', '&', ']');
+        if (*end != '<') return nullptr;
+        m_has_mixed_text |= m_has_child;
+        return end;
+    }
+
+    const char* take_plain_start_tag(const char* at)
+    {
+        const plain_tag tag = find_plain_start_tag(at);
+        if (tag.end != nullptr) add_start_tag(tag.name, tag.is_empty_element);
+        return tag.end;
+    }
+
+    const char* take_plain_end_tag(const char* at)
+    {
+        const char* const end = find_plain_end_tag(at, m_open.back());
+        if (end != nullptr) add_end_tag();
+        return end;
+    }
+
     bool take(construct next)
     {
         switch (next) {
@@ -66,8 +110,9 @@ private:
             case construct::end_tag:
                 return take_end_tag();
             case construct::text:
-                return taken(is_outside() ? m_scanner.take_blank() : m_scanner.take_text());
+                return take_text();
             case construct::cdata:
+                m_has_mixed_text |= m_has_child;
                 return is_outside() ? refuse() : taken(m_scanner.take_cdata());
             case construct::comment:
                 return taken(m_scanner.take_comment());
@@ -81,15 +126,28 @@ private:
         return true;
     }
 
+    bool take_text()
+    {
+        if (is_outside()) return taken(m_scanner.take_blank());
+        if (!taken(m_scanner.take_text())) return false;
+        m_has_mixed_text |= m_has_child && !is_space(m_scanner.content());
+        return true;
+    }
+
     bool take_start_tag()
     {
         if (is_outside() && m_has_root) return refuse();
         if (!taken(m_scanner.take_start_tag())) return false;
-        m_has_root = true;
-        m_has_child = m_scanner.is_empty_element();
-        if (!m_has_child) m_open.push_back(m_scanner.name());
-        ++m_nodes;
+        add_start_tag(m_scanner.name(), m_scanner.is_empty_element());
         return true;
+    }
+
+    void add_start_tag(std::string_view name, bool is_empty_element)
+    {
+        m_has_root = true;
+        m_has_child = is_empty_element;
+        if (!is_empty_element) m_open.push_back(name);
+        ++m_nodes;
     }
 
     bool take_end_tag()
@@ -97,10 +155,15 @@ private:
         if (!taken(m_scanner.take_end_tag())) return false;
         const bool matches = !is_outside() && m_open.back() == m_scanner.name();
         if (!matches) return report(xml_stream_parser::end_tag_mismatch, m_begin);
+        add_end_tag();
+        return true;
+    }
+
+    void add_end_tag()
+    {
         m_open.pop_back();
         if (m_has_child) ++m_nodes;
         m_has_child = true;
-        return true;
     }
 
     bool take_doctype()
@@ -127,7 +190,8 @@ private:
     bool m_has_root = false;
     bool m_has_doctype = false;
     bool m_has_child = false;  // whether the innermost open element has a child element
-    std::size_t m_begin = 0;   // of the construct at hand
+    bool m_has_mixed_text = false;
+    std::size_t m_begin = 0;  // of the construct at hand
     std::size_t m_nodes = 0;
     xml_stream_parser::error_type m_outcome = xml_stream_parser::no_error;
     std::size_t m_position = 0;

@@ -14,6 +14,7 @@ struct checked_document
     std::size_t sound_size;      // the text up to here is sound: all of it, or what precedes the faulty construct
     std::size_t fault_position;  // where the fault was found
     std::size_t nodes;           // how many nodes the sound text holds
+    bool has_mixed_text;         // whether text other than white space may stand behind a child element
 };
 
 // Checks the document from end to end. Time: linear; memory: a view of each open element's name.

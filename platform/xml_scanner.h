@@ -64,6 +64,8 @@ public:
     std::string_view encoding() const { return m_encoding; }
 
     error_type fault() const { return m_fault; }
+    const char* at() const { return m_at; }
+    void go_to(const char* at) { m_at = at; }
     std::size_t position() const { return static_cast<std::size_t>(m_at - m_begin); }
 
 private:

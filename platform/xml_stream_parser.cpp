@@ -1,12 +1,9 @@
 #include "platform/xml_stream_parser.h"
 
-#include <algorithm>
-#include <string_view>
-#include <utility>
-
+#include "platform/byte_runs.h"
 #include "platform/text_file.h"
 #include "platform/xml_document.h"
-#include "platform/xml_node_reader.h"
+#include "platform/xml_element_queue.h"
 
 namespace NUVEK_2_18::parser {
 
@@ -23,25 +20,15 @@ struct xml_stream_parser::state
         error = fatal_error;  // stands if memory runs out on the way
         document = file.read();
         const checked_document checked = check_document(document, is_header_optional);
-        const std::string_view text = document.text;
         if (checked.outcome != end_of_file && checked.outcome != incomplete) {
-            const std::string_view before = text.substr(0, checked.fault_position);
-            fault_line = 1 + static_cast<unsigned long>(std::count(before.begin(), before.end(), '\n'));
+            const char* const begin = document.text.data();
+            fault_line = 1 + static_cast<unsigned long>(count_lines(begin, begin + checked.fault_position));
         }
-        waiting = checked.nodes;
-        reader = xml_node_reader(text.substr(0, checked.sound_size));
+        // What lies behind is never read again, and the zero bytes that end the text keep the reader from it.
+        document.text.resize(checked.sound_size);
+        const xml_element_reader reader(document.text.view(), checked.has_mixed_text);
+        queue = xml_element_queue(reader, checked.nodes, !checked.has_mixed_text);
         error = checked.outcome;
-    }
-
-    // Makes the node in front, if one waits that was not made yet.
-    void make_front()
-    {
-        if (is_front_made || waiting == 0) return;
-        // An exception on the way leaves the reader within a node, so there must be no going on.
-        const std::size_t count = std::exchange(waiting, 0);
-        front = reader.read();
-        is_front_made = true;
-        waiting = count;
     }
 
     text_file file;
@@ -49,11 +36,13 @@ struct xml_stream_parser::state
     error_type error = no_error;
     unsigned long fault_line = 0;
     document_text document;
-    xml_node_reader reader{std::string_view()};
-    std::size_t waiting = 0;  // nodes in the queue, the one in front included
-    node front;
-    bool is_front_made = false;
+    xml_element_queue queue;
 };
+
+xml_element_queue& xml_element_queue::of(xml_stream_parser& parser)
+{
+    return parser.m_state->queue;
+}
 
 xml_stream_parser::xml_stream_parser(const strings::ustring16& path, unsigned int options)
     : m_state(std::make_unique<state>(path, options))
@@ -80,24 +69,17 @@ unsigned long xml_stream_parser::error_line() const
 
 bool xml_stream_parser::node_queue_empty() const
 {
-    return m_state->waiting == 0;
+    return m_state->queue.empty();
 }
 
 xml_stream_parser::node& xml_stream_parser::node_queue_front()
 {
-    if (node_queue_empty()) m_state->front = node();
-    m_state->make_front();
-    return m_state->front;
+    return m_state->queue.front_node();
 }
 
 xml_stream_parser::node xml_stream_parser::node_queue_pop()
 {
-    m_state->make_front();
-    node popped = std::move(m_state->front);
-    m_state->front = node();
-    m_state->is_front_made = false;
-    if (m_state->waiting != 0) --m_state->waiting;
-    return popped;
+    return m_state->queue.pop_node();
 }
 
 }  // namespace NUVEK_2_18::parser

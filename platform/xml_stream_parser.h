@@ -111,6 +111,7 @@ public:
     node node_queue_pop();
 
 private:
+    friend class xml_element_queue;
     struct state;
     std::unique_ptr<state> m_state;
 };
