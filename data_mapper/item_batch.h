@@ -56,9 +56,7 @@ public:
     // Whether the item in front, and presumably those behind it, should be added in a batch.
     bool is_worthwhile() const
     {
-        if (m_known.size() < smallest_table || !m_queue.can_mark() || !m_reader.can_repeat()) return false;
-        const xml_element& item = m_queue.front();
-        return is_plain(item) && name_of(item).written < std::string_view(m_known.rbegin()->first);
+        return m_known.size() >= smallest_table && m_queue.can_mark() && m_reader.can_repeat();
     }
 
     // Adds a batch, and gives 0; or adds nothing, and gives the number of items that must be added one by one instead.

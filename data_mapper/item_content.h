@@ -9,6 +9,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
+#include <string_view>
 #include <vector>
 
 #include "data_mapper/map_error_t.h"
@@ -30,15 +32,37 @@ enum class element_form
     name_and_attributes,
 };
 
+// A keyword of the grammar; its comparison is inlined.
+template <std::size_t size>
+bool is_keyword(std::string_view name, const char (&keyword)[size])
+{
+    return name.size() == size - 1 && std::memcmp(name.data(), keyword, size - 1) == 0;
+}
+
 // Whether an element waits and is an item, or an arg.
-bool is_item_waiting(xml_element_queue& queue);
-bool is_arg_waiting(xml_element_queue& queue);
+inline bool is_item_waiting(xml_element_queue& queue)
+{
+    return !queue.empty() && is_keyword(queue.front().tag, "item");
+}
+inline bool is_arg_waiting(xml_element_queue& queue)
+{
+    return !queue.empty() && is_keyword(queue.front().tag, "arg");
+}
 
 // The first attribute is "name", the others are as the form allows, and there is no text.
-bool has_form(const xml_element& element, element_form form);
+inline bool has_form(const xml_element& element, element_form form)
+{
+    const auto& attributes = element.attributes;
+    if (attributes.empty() || !is_keyword(attributes.front().name, "name")) return false;
+    if (form == element_form::name_only && attributes.size() != 1) return false;
+    return !element.has_data;
+}
 
 // The value of the "name" of an element that has either form.
-const xml_value& name_of(const xml_element& element);
+inline const xml_value& name_of(const xml_element& element)
+{
+    return element.attributes.front().value;
+}
 
 // The values as texts of their own.
 std::vector<ustring8> texts_of(const xml_value* values, std::size_t size);

@@ -10,6 +10,7 @@
 //     mapped_type value() const        what the group taken last stands for; its views must still hold
 #pragma once
 
+#include <string_view>
 #include <utility>
 
 #include "data_mapper/item_batch.h"
@@ -17,9 +18,17 @@
 
 namespace data_mapper4 {
 
+// Whether the item in front belongs behind all that are known, as each one does where a file is in order.
+template <class items>
+bool is_behind_all(const items& known, const xml_element& item)
+{
+    if (!has_form(item, element_form::name_and_attributes) || !name_of(item).is_plain) return false;
+    return known.empty() || std::string_view(known.rbegin()->first) < name_of(item).written;
+}
+
 // Takes and adds the item in front. False: the load ends; the outcome has the code.
 template <class group_reader>
-bool load_item(group_reader& reader, xml_element_queue& queue, typename group_reader::items& known,
+bool load_item(group_reader& reader, xml_element_queue& queue, typename group_reader::items& known, bool is_behind,
                load_outcome& outcome)
 {
     outcome.stand_at(queue.front());
@@ -30,7 +39,6 @@ bool load_item(group_reader& reader, xml_element_queue& queue, typename group_re
     };
     if (!is_sound_item(queue, group_reader::form)) return refuse(map_error_t::invalid_format);
     ustring8 name = name_of(queue.front()).text();
-    const bool is_behind = !known.empty() && known.rbegin()->first < name;
     const auto position = is_behind ? known.end() : known.lower_bound(name);
     if (position != known.end() && position->first == name) return refuse(map_error_t::duplicate_item);
     const group taken = reader.take(queue, outcome);
@@ -51,10 +59,11 @@ void load_items(group_reader& reader, xml_element_queue& queue, shared_items& ta
     item_batch<group_reader> batch(reader, queue, known, outcome);
     std::size_t one_by_one = 0;  // items that must be added in their own order
     while (is_item_waiting(queue)) {
-        if (one_by_one == 0 && batch.is_worthwhile()) {
+        const bool is_behind = is_behind_all(known, queue.front());
+        if (!is_behind && one_by_one == 0 && batch.is_worthwhile()) {
             one_by_one = batch.load();
         } else {
-            if (!load_item(reader, queue, known, outcome)) return;
+            if (!load_item(reader, queue, known, is_behind, outcome)) return;
             if (one_by_one != 0) --one_by_one;
         }
         if (group_reader::ends_at_line && !queue.empty()) outcome.stand_at(queue.front());

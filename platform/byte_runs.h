@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/xml_characters.h"
+
 #if defined(__SSE2__) || defined(_M_X64)
 #define DATA_MAPPER4_SSE2
 #include <emmintrin.h>
@@ -50,6 +52,12 @@ public:
         return bits((... | vector{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(wanted))}));
     }
 
+    // Adds one to each byte of the counts where the character stands.
+    __m128i count(char character, __m128i counts) const
+    {
+        return _mm_sub_epi8(counts, _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(character)));
+    }
+
     // Bytes other than those from 0x20 to 0x7F, LF and TAB.
     mask find_not_plain() const
     {
@@ -59,11 +67,27 @@ public:
         return bits(printable | line_end | tab) ^ 0xFFFF;
     }
 
+    // Bytes that are no ASCII letter or digit and none of `-` `.` `_` `:`.
+    mask find_not_name() const
+    {
+        const vector lower{_mm_or_si128(m_bytes, _mm_set1_epi8(0x20))};
+        const vector letters = lower.within('a', 'z');
+        const vector slash{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('/'))};
+        const vector others{_mm_andnot_si128(slash.bytes, vector{m_bytes}.within('-', ':').bytes)};
+        const vector underline{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('_'))};
+        return bits(letters | others | underline) ^ 0xFFFF;
+    }
+
 private:
     struct vector
     {
         __m128i bytes;
         friend vector operator|(vector a, vector b) { return {_mm_or_si128(a.bytes, b.bytes)}; }
+        vector within(char first, char last) const
+        {
+            return {_mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8(static_cast<char>(first - 1))),
+                                  _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(last + 1))))};
+        }
     };
     static mask bits(vector found) { return static_cast<unsigned>(_mm_movemask_epi8(found.bytes)); }
 
@@ -98,6 +122,16 @@ public:
         return ((small | m_bytes) & tops) & ~find('\n', '\t');
     }
 
+    mask find_not_name() const
+    {
+        mask found = 0;
+        for (unsigned i = 0; i < size; ++i) {
+            const auto byte = static_cast<char>(m_bytes >> 8 * i & 0xFF);
+            if (!is_byte(byte, name_byte)) found |= mask{0x80} << 8 * i;
+        }
+        return found;
+    }
+
 private:
     static constexpr mask ones = 0x0101010101010101;
     static constexpr mask tops = ones * 0x80;
@@ -118,6 +152,13 @@ const char* find_first(const char* at, characters... wanted)
     }
 }
 
+// Behind the ASCII characters of a name that stand at `at`.
+inline const char* skip_name_bytes(const char* at)
+{
+    while (is_byte(*at, name_byte)) ++at;
+    return at;
+}
+
 // The first byte before the end that is none of 0x20 to 0x7F, LF and TAB.
 inline const char* find_not_plain(const char* at, const char* end)
 {
@@ -132,9 +173,17 @@ inline const char* find_not_plain(const char* at, const char* end)
 inline std::size_t count_lines(const char* at, const char* end)
 {
     std::size_t lines = 0;
-    for (; end - at >= byte_block::size; at += byte_block::size) {
-        for (byte_block::mask found = byte_block(at).find('\n'); found != 0; found &= found - 1) ++lines;
+#if defined(DATA_MAPPER4_SSE2)
+    // Each byte counts its own, up to what it can hold.
+    while (end - at >= byte_block::size) {
+        const char* const stop =
+            at + std::min<std::ptrdiff_t>(end - at, 255 * byte_block::size) / byte_block::size * byte_block::size;
+        __m128i counts = _mm_setzero_si128();
+        for (; at != stop; at += byte_block::size) counts = byte_block(at).count('\n', counts);
+        const __m128i sums = _mm_sad_epu8(counts, _mm_setzero_si128());
+        lines += static_cast<std::size_t>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4));
     }
+#endif
     return lines + static_cast<std::size_t>(std::count(at, end, '\n'));
 }
 

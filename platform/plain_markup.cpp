@@ -10,6 +10,14 @@ namespace NUVEK_2_18::parser {
 
 namespace {
 
+// The first eight bytes of a name, or all of it and zeros. It stands in a text, so that there are eight to read.
+std::uint64_t first_bytes(std::string_view name)
+{
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, name.data(), sizeof bytes);
+    return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
+}
+
 // Names that must differ, each with its first bytes at hand. More of them than a tag has as a rule are for a method
 // whose cost does not grow with their square.
 class few_names
@@ -20,9 +28,10 @@ public:
     {
         if (m_size == capacity) return false;
         const entry added{first_bytes(name), name};
-        for (std::size_t i = 0; i < m_size; ++i) {
-            if (m_entries[i].first == added.first && m_entries[i].name == name) return false;
-        }
+        // Names that differ in this mostly differ in their bit, and need not be compared.
+        const std::uint64_t bit = std::uint64_t{1} << ((added.first + name.size()) * 0x9E3779B97F4A7C15 >> 58);
+        if ((m_bits & bit) != 0 && has(added)) return false;
+        m_bits |= bit;
         m_entries[m_size++] = added;
         return true;
     }
@@ -36,27 +45,44 @@ private:
         std::string_view name;
     };
 
-    // Names stand in a text with bytes behind it, so that eight can always be read.
-    static std::uint64_t first_bytes(std::string_view name)
+    bool has(const entry& wanted) const
     {
-        std::uint64_t bytes = 0;
-        std::memcpy(&bytes, name.data(), sizeof bytes);
-        return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
+        for (std::size_t i = 0; i < m_size; ++i) {
+            if (m_entries[i].first == wanted.first && m_entries[i].name == wanted.name) return true;
+        }
+        return false;
     }
 
+    std::uint64_t m_bits = 0;
     std::size_t m_size = 0;
     entry m_entries[capacity];
 };
 
-const char* skip_name(const char* at)
-{
-    while (is_byte(*at, name_byte)) ++at;
-    return at;
-}
-
 std::string_view view(const char* begin, const char* end)
 {
     return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+// Behind the reference at `at`, which is a `&`, if it is one to a predefined entity.
+const char* skip_plain_reference(const char* at)
+{
+    constexpr std::string_view entities[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+    for (const std::string_view entity : entities) {
+        if (std::strncmp(at, entity.data(), entity.size()) == 0) return at + entity.size();
+    }
+    return nullptr;
+}
+
+// The quote that ends the value, if the value is plain.
+const char* find_plain_value_end(const char* at, char quote)
+{
+    at = find_first(at, quote, '<', '&');
+    while (*at == '&') {
+        at = skip_plain_reference(at);
+        if (at == nullptr) return nullptr;
+        at = find_first(at, quote, '<', '&');
+    }
+    return *at == quote ? at : nullptr;
 }
 
 }  // namespace
@@ -66,7 +92,7 @@ plain_tag find_plain_start_tag(const char* at)
     plain_tag tag;
     if (!is_byte(*++at, name_start_byte)) return tag;
     const char* begin = at;
-    at = skip_name(at);
+    at = skip_name_bytes(at);
     tag.name = view(begin, at);
     few_names names;
     for (;;) {
@@ -77,12 +103,13 @@ plain_tag find_plain_start_tag(const char* at)
         if (*at == '>') break;
         if (tag.is_empty_element || !is_spaced || !is_byte(*at, name_start_byte)) return tag;
         begin = at;
-        at = skip_name(at);
+        at = skip_name_bytes(at);
         if (!names.add(view(begin, at)) || *at != '=') return tag;
         const char quote = *++at;
         if (quote != '"' && quote != '\'') return tag;
-        at = find_first(at + 1, quote, '<', '&');
-        if (*at++ != quote) return tag;
+        at = find_plain_value_end(at + 1, quote);
+        if (at == nullptr) return tag;
+        ++at;
     }
     tag.end = at + 1;
     return tag;
@@ -91,8 +118,10 @@ plain_tag find_plain_start_tag(const char* at)
 const char* find_plain_end_tag(const char* at, std::string_view name)
 {
     at += 2;
-    if (std::strncmp(at, name.data(), name.size()) != 0 || at[name.size()] != '>') return nullptr;
-    return at + name.size() + 1;
+    const bool is_short = name.size() <= sizeof(std::uint64_t);
+    const bool is_same = is_short ? first_bytes({at, name.size()}) == first_bytes(name)
+                                  : std::strncmp(at, name.data(), name.size()) == 0;
+    return is_same && at[name.size()] == '>' ? at + name.size() + 1 : nullptr;
 }
 
 }  // namespace NUVEK_2_18::parser

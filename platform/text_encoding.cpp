@@ -129,6 +129,23 @@ void check_ascii(document_text& document)
     end_text(document, static_cast<std::size_t>(high - text.begin()), xml_stream_parser::unexpected_character);
 }
 
+bool is_tail(char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
+// The commonest forms of characters beyond ASCII: those of two bytes, and of the three-byte ones those without
+// surrogates, non-characters and overlong forms among them. At the end of the text a zero byte fails them.
+bool is_two_byte_char(const char* at)
+{
+    return static_cast<unsigned char>(at[0] - 0xC2) <= 0xDF - 0xC2 && is_tail(at[1]);
+}
+
+bool is_three_byte_char(const char* at)
+{
+    return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && is_tail(at[1]) && is_tail(at[2]);
+}
+
 // Ends the text before its first ill-formed sequence or character that no XML document may hold. True when there is a
 // CR in it.
 bool check_characters(document_text& document)
@@ -139,7 +156,11 @@ bool check_characters(document_text& document)
     for (const char* at = find_not_plain(begin, end); at != end;) {
         const char* const character = at;
         if (*at == '\r') has_cr = true;
-        if (!is_char(unicode::take_utf8(at, end))) {
+        if (is_two_byte_char(at)) {
+            at += 2;
+        } else if (is_three_byte_char(at)) {
+            at += 3;
+        } else if (!is_char(unicode::take_utf8(at, end))) {
             end_text(document, static_cast<std::size_t>(character - begin), xml_stream_parser::unexpected_character);
             break;
         }

@@ -17,7 +17,9 @@ struct xml_value
     bool empty() const { return written.empty(); }
 
     // The value with its references resolved and its white space turned into spaces.
-    strings::ustring8 text() const;
+    strings::ustring8 text() const { return is_plain ? strings::ustring8(written) : resolved(); }
+
+    strings::ustring8 resolved() const;
 };
 
 struct xml_attribute

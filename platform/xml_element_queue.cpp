@@ -20,25 +20,17 @@ xml_element_queue::xml_element_queue(const xml_element_reader& reader, std::size
 {
 }
 
-const xml_element& xml_element_queue::front()
+void xml_element_queue::look_at_front()
 {
     if (m_is_node_made) {
         look_at_node();
-    } else if (!m_is_front_read) {
+    } else {
         // An exception on the way leaves the reader within an element, so there must be no going on.
         const std::size_t count = std::exchange(m_waiting, 0);
         m_reader.read(m_front);
         m_is_front_read = true;
         m_waiting = count;
     }
-    return m_front;
-}
-
-void xml_element_queue::pop()
-{
-    m_is_front_read = false;
-    m_is_node_made = false;
-    if (m_waiting != 0) --m_waiting;
 }
 
 void xml_element_queue::go_to(const mark& there)

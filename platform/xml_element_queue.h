@@ -36,8 +36,17 @@ public:
 
     // The next element, left in the queue; `none` when there is no next one. Its attributes go with it, the views in it
     // stay as long as the document, but for those of an element that was handed out as a node before.
-    const xml_element& front();
-    void pop();
+    const xml_element& front()
+    {
+        if (!m_is_front_read || m_is_node_made) look_at_front();
+        return m_front;
+    }
+    void pop()
+    {
+        m_is_front_read = false;
+        m_is_node_made = false;
+        if (m_waiting != 0) --m_waiting;
+    }
 
     // The line at which the front element begins, or one that was in front since a line was last asked for.
     unsigned long line_of(const char* begin) { return m_reader.line_of(begin); }
@@ -53,6 +62,7 @@ public:
 
 private:
     void make_node();
+    void look_at_front();
     void look_at_node();
 
     xml_element_reader m_reader;

@@ -15,18 +15,18 @@ std::string_view view(const char* begin, const char* end)
     return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-// A name ends at white space, `=`, `/`, `>` or `<`: in checked text at any ASCII character that no name holds.
+// A name of checked text ends at the first ASCII character that no name holds.
 const char* skip_name(const char* at)
 {
-    while (is_byte(*at, name_byte) || (*at & 0x80) != 0) ++at;
+    at = skip_name_bytes(at);
+    while ((*at & 0x80) != 0) at = skip_name_bytes(at + 1);
     return at;
 }
 
 }  // namespace
 
-strings::ustring8 xml_value::text() const
+strings::ustring8 xml_value::resolved() const
 {
-    if (is_plain) return strings::ustring8(written);
     strings::ustring8 text;
     append_value(written, text);
     return text;
@@ -108,7 +108,8 @@ void xml_element_reader::read_attributes(xml_element& element)
         const char* const name = at;
         at = skip_name(at);
         attribute.name = view(name, at);
-        at = find_first(at, '"', '\'');
+        if (*at == '=') ++at;
+        if (*at != '"' && *at != '\'') at = find_first(at, '"', '\'');
         const char quote = *at++;
         const char* const begin = at;
         at = find_first(at, quote, '&', '\n', '\t');
