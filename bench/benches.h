@@ -10,6 +10,9 @@ namespace bench {
 
 void register_load();
 void register_parse();
+void register_lookups();
+void register_copies();
+void register_growth();
 
 // Ends the whole run: a figure from contenders that do not do the same work is worse than none.
 [[noreturn]] void stop(const std::string& message);

@@ -1,5 +1,6 @@
 #include <boost/property_tree/ptree.hpp>
 #include <boost/property_tree/xml_parser.hpp>
+#include <boost/version.hpp>
 
 #include "contender.h"
 
@@ -56,6 +57,6 @@ bool read(const std::string& path, table_filler& filler)
 
 }  // namespace
 
-const peer boost_ptree = {"boost_ptree", read, nullptr};
+const peer boost_ptree = {"boost_ptree", BOOST_LIB_VERSION, read, nullptr};
 
 }  // namespace bench

@@ -15,6 +15,7 @@ namespace bench {
 struct peer
 {
     const char* name;
+    std::string version;
     // Gives the elements of one file to the filler. False when the file cannot be read, or the filler refuses one.
     bool (*read)(const std::string& path, table_filler& filler);
     // Does no more than to parse one file; null where that is not measured.

@@ -145,17 +145,6 @@ std::filesystem::path folder()
     return std::filesystem::temp_directory_path() / "data_mapper4_bench";
 }
 
-// A file that this process has not written yet is written anew: an older suite may have left another one.
-template <class make_content>
-std::string written_once(const std::string& name, make_content make)
-{
-    static std::set<std::string> written;
-    if (written.insert(name).second) write_document(name, make());
-    return (folder() / name).string();
-}
-
-const std::filesystem::path examples = DATA_MAPPER4_EXAMPLES "/world";
-
 }  // namespace
 
 std::string cell::name() const
@@ -169,14 +158,15 @@ std::string cell::name() const
 
 std::string cell::path() const
 {
-    return m_size == 0 ? (examples / "world.xml").string() : mixed_document(m_size, m_order);
+    return m_size == 0 ? example_document("world/world.xml") : mixed_document(m_size, m_order);
 }
 
 std::size_t cell::size() const
 {
     if (m_size != 0) return std::filesystem::file_size(path());
     std::size_t size = 0;
-    for (const auto& file : std::filesystem::recursive_directory_iterator(examples)) {
+    const auto folder_of_all = std::filesystem::path(path()).parent_path();
+    for (const auto& file : std::filesystem::recursive_directory_iterator(folder_of_all)) {
         if (file.path().extension() == ".xml") size += file.file_size();
     }
     return size;
@@ -196,6 +186,11 @@ const std::vector<cell>& load_cells()
     return cells;
 }
 
+std::string example_document(const std::string& name)
+{
+    return DATA_MAPPER4_EXAMPLES "/" + name;
+}
+
 std::string write_document(const std::string& name, const std::string& content)
 {
     const std::filesystem::path path = folder() / name;
@@ -208,6 +203,13 @@ std::string write_document(const std::string& name, const std::string& content)
     if (!out) throw std::runtime_error("cannot write " + part.string());
     std::filesystem::rename(part, path);
     return path.string();
+}
+
+std::string written_once(const std::string& name, const std::function<std::string()>& make_content)
+{
+    static std::set<std::string> written;
+    if (written.insert(name).second) write_document(name, make_content());
+    return (folder() / name).string();
 }
 
 std::string mixed_document(std::size_t size, item_order order)

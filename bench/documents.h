@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -37,8 +38,14 @@ private:
 // Three sizes in two orders of items, and the example maps.
 const std::vector<cell>& load_cells();
 
-// Writes a file of that name and gives its path.
+// The path of one of the example files.
+std::string example_document(const std::string& name);
+
+// Writes a file of that name, and gives its path.
 std::string write_document(const std::string& name, const std::string& content);
+
+// The same, unless this process has written it before. Always anew the first time: there may be one of an older suite.
+std::string written_once(const std::string& name, const std::function<std::string()>& make_content);
 
 // The path of a file of maps of all four kinds, about a quarter of the size each.
 std::string mixed_document(std::size_t size, item_order order);

@@ -49,6 +49,6 @@ bool read(const std::string& path, table_filler& filler)
 
 }  // namespace
 
-const peer libxml2_reader = {"libxml2_reader", read, nullptr};
+const peer libxml2_reader = {"libxml2_reader", LIBXML_DOTTED_VERSION, read, nullptr};
 
 }  // namespace bench

@@ -87,6 +87,6 @@ bool parse(const std::string& path)
 
 }  // namespace
 
-const peer libxml2_sax2 = {"libxml2_sax2", read, parse};
+const peer libxml2_sax2 = {"libxml2_sax2", LIBXML_DOTTED_VERSION, read, parse};
 
 }  // namespace bench

@@ -40,6 +40,6 @@ bool parse(const std::string& path)
 
 }  // namespace
 
-const peer pugixml = {"pugixml", read, parse};
+const peer pugixml = {"pugixml", std::to_string(PUGIXML_VERSION), read, parse};
 
 }  // namespace bench

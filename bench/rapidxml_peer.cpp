@@ -69,6 +69,6 @@ bool parse(const std::string& path)
 
 }  // namespace
 
-const peer rapidxml = {"rapidxml", read, parse};
+const peer rapidxml = {"rapidxml", "1.13", read, parse};
 
 }  // namespace bench

@@ -43,6 +43,9 @@ bool read(const std::string& path, table_filler& filler)
 
 }  // namespace
 
-const peer tinyxml2 = {"tinyxml2", read, nullptr};
+const peer tinyxml2 = {"tinyxml2",
+                       std::to_string(TIXML2_MAJOR_VERSION) + "." + std::to_string(TIXML2_MINOR_VERSION) + "." +
+                           std::to_string(TIXML2_PATCH_VERSION),
+                       read, nullptr};
 
 }  // namespace bench
