@@ -1,192 +1,110 @@
-// What loading and asking costs, beside what a host would write itself on a popular XML parser: the same file read into
-// maps of strings, without a look at its form.
-#include <benchmark/benchmark.h>
-#include <expat.h>
+// Loading: from a path to filled tables, and their destruction with all that was made on the way. Parsing: the part of
+// it that is the parser's.
+#include <malloc.h>
 
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
-#include <pugixml.hpp>
+#include <set>
 
-#include "data_mapper/map_collection.h"
+#include "benches.h"
+#include "contender.h"
+#include "documents.h"
+#include "platform/xml_stream_parser.h"
+
+namespace bench {
 
 namespace {
 
-using text_map = std::map<std::string, std::string>;
-using set_map = std::map<std::string, text_map>;
+using data_mapper4::map_collection;
+using NUVEK_2_18::parser::xml_stream_parser;
 
-constexpr int items = 100000;
-
-std::string name_of(int item)
+void count_bytes(benchmark::State& state, std::size_t size)
 {
-    return "item-" + std::to_string(item * 7919LL % items);
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(size));
 }
 
-// A file of one simple map and one collection map, in the folder for temporary files.
-std::string file()
+// Stops unless the peer's tables are those of the library. Once for a cell and a peer.
+void compare(const peer& by, const cell& in)
 {
-    const auto path = std::filesystem::temp_directory_path() / "data_mapper4_bench.xml";
-    static const bool is_written = [&] {
-        std::ofstream out(path, std::ios::binary);
-        out << "<?xml version=\"1.0\"?>\n<maps>\n  <map name=\"texts\">\n";
-        for (int i = 0; i < items; ++i) {
-            out << "    <item name=\"" << name_of(i) << "\"/>\n    <arg name=\"the text of number " << i << "\"/>\n";
-        }
-        out << "  </map>\n  <collection_map name=\"sets\">\n";
-        for (int i = 0; i < items; ++i) {
-            out << "    <item name=\"" << name_of(i) << "\" code=\"" << i << "\" colour=\"red\" text=\"R&amp;D " << i
-                << "\"/>\n";
-        }
-        out << "  </collection_map>\n</maps>\n";
-        return true;
-    }();
-    benchmark::DoNotOptimize(is_written);
-    return path.string();
+    static std::set<std::string> compared;
+    if (!compared.insert(in.name() + by.name).second) return;
+    map_collection maps;
+    host_tables tables;
+    if (!load(in.path(), maps)) stop(in.name() + ": the library cannot load it");
+    if (!load(by, in.path(), tables)) stop(in.name() + ": " + by.name + " cannot load it");
+    const std::string found = difference(maps, tables);
+    if (!found.empty()) stop(in.name() + ", " + by.name + ": " + found);
 }
 
-std::string content()
+void load_library(benchmark::State& state, const cell& in)
 {
-    std::ifstream in(file(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void count_bytes(benchmark::State& state)
-{
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(std::filesystem::file_size(file())));
-}
-
-void parse(benchmark::State& state)
-{
-    const auto path = NUVEK_2_18::strings::utf8_to_utf16(file());
+    const std::wstring path = library_path(in.path());
+    malloc_trim(0);  // so that no contender finds the heap that another one has left
     for (auto _ : state) {
-        NUVEK_2_18::parser::xml_stream_parser parser(path, 2);
-        benchmark::DoNotOptimize(parser.parse());
+        map_collection maps;
+        benchmark::DoNotOptimize(maps.load(path));
     }
-    count_bytes(state);
+    count_bytes(state, in.size());
 }
-BENCHMARK(parse)->Unit(benchmark::kMillisecond);
 
-void parse_expat(benchmark::State& state)
+void load_peer(benchmark::State& state, const cell& in, const peer& by)
 {
+    compare(by, in);
+    const std::string path = in.path();
+    malloc_trim(0);
     for (auto _ : state) {
-        const std::string text = content();
-        XML_Parser parser = XML_ParserCreate(nullptr);
-        benchmark::DoNotOptimize(XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1));
-        XML_ParserFree(parser);
+        host_tables tables;
+        benchmark::DoNotOptimize(load(by, path, tables));
     }
-    count_bytes(state);
+    count_bytes(state, in.size());
 }
-BENCHMARK(parse_expat)->Unit(benchmark::kMillisecond);
 
-void parse_pugixml(benchmark::State& state)
+void parse_library(benchmark::State& state, const cell& in, bool pops_nodes)
 {
+    const auto path = NUVEK_2_18::strings::utf8_to_utf16(in.path());
+    malloc_trim(0);
     for (auto _ : state) {
-        pugi::xml_document document;
-        benchmark::DoNotOptimize(document.load_file(file().c_str()));
+        xml_stream_parser parser(path, xml_stream_parser::header_optional);
+        if (parser.parse() != xml_stream_parser::end_of_file) stop(in.name() + ": the library cannot parse it");
+        while (pops_nodes && !parser.node_queue_empty()) benchmark::DoNotOptimize(parser.node_queue_pop());
     }
-    count_bytes(state);
+    count_bytes(state, in.size());
 }
-BENCHMARK(parse_pugixml)->Unit(benchmark::kMillisecond);
 
-void load(benchmark::State& state)
+void parse_peer(benchmark::State& state, const cell& in, const peer& by)
 {
-    const std::string path = file();
+    const std::string path = in.path();
+    malloc_trim(0);
     for (auto _ : state) {
-        data_mapper4::map_collection maps;
-        benchmark::DoNotOptimize(maps.load(std::wstring(path.begin(), path.end())));
+        if (!by.parse(path)) stop(in.name() + ": " + by.name + " cannot parse it");
     }
-    count_bytes(state);
+    count_bytes(state, in.size());
 }
-BENCHMARK(load)->Unit(benchmark::kMillisecond);
-
-struct expat_loader
-{
-    text_map texts;
-    set_map sets;
-    std::string item;
-
-    static void start(void* self, const char* tag, const char** attributes)
-    {
-        auto& loader = *static_cast<expat_loader*>(self);
-        if (std::strcmp(tag, "arg") == 0) loader.texts.emplace(loader.item, attributes[1]);
-        if (std::strcmp(tag, "item") != 0) return;
-        loader.item = attributes[1];
-        if (attributes[2] == nullptr) return;
-        text_map& set = loader.sets[loader.item];
-        for (; *attributes != nullptr; attributes += 2) set.emplace(attributes[0], attributes[1]);
-    }
-};
-
-void load_expat(benchmark::State& state)
-{
-    for (auto _ : state) {
-        const std::string text = content();
-        expat_loader loader;
-        XML_Parser parser = XML_ParserCreate(nullptr);
-        XML_SetUserData(parser, &loader);
-        XML_SetStartElementHandler(parser, expat_loader::start);
-        benchmark::DoNotOptimize(XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1));
-        XML_ParserFree(parser);
-    }
-    count_bytes(state);
-}
-BENCHMARK(load_expat)->Unit(benchmark::kMillisecond);
-
-void load_pugixml(benchmark::State& state)
-{
-    for (auto _ : state) {
-        pugi::xml_document document;
-        document.load_file(file().c_str());
-        text_map texts;
-        set_map sets;
-        const pugi::xml_node maps = document.child("maps");
-        for (pugi::xml_node item : maps.child("map").children("item")) {
-            texts.emplace(item.attribute("name").value(), item.next_sibling().attribute("name").value());
-        }
-        for (pugi::xml_node item : maps.child("collection_map").children("item")) {
-            text_map& set = sets[item.attribute("name").value()];
-            for (pugi::xml_attribute each : item.attributes()) set.emplace(each.name(), each.value());
-        }
-        benchmark::DoNotOptimize(sets);
-    }
-    count_bytes(state);
-}
-BENCHMARK(load_pugixml)->Unit(benchmark::kMillisecond);
-
-data_mapper4::map_collection& loaded()
-{
-    static data_mapper4::map_collection maps;
-    const std::string path = file();
-    if (!maps.is_loaded("texts")) maps.load(std::wstring(path.begin(), path.end()));
-    return maps;
-}
-
-template <class question>
-void ask(benchmark::State& state, question about)
-{
-    auto& maps = loaded();
-    int i = 0;
-    for (auto _ : state) benchmark::DoNotOptimize(about(maps, name_of(i++ % items)));
-}
-
-BENCHMARK_CAPTURE(ask, nothing, [](auto& /*maps*/, const std::string& name) { return name.size(); });
-BENCHMARK_CAPTURE(ask, has_item, [](auto& maps, const std::string& name) { return maps.has_item("texts", name); });
-BENCHMARK_CAPTURE(ask, get_arg, [value = std::string()](auto& maps, const std::string& name) mutable {
-    return maps.get_arg("texts", name, value);
-});
-BENCHMARK_CAPTURE(ask, get_attrib, [value = std::string()](auto& maps, const std::string& name) mutable {
-    return maps.get_attrib("sets", name, "colour", value);
-});
-BENCHMARK_CAPTURE(ask, get_attribs, [value = text_map()](auto& maps, const std::string& name) mutable {
-    return maps.get_attribs("sets", name, value);
-});
-
-void copy(benchmark::State& state)
-{
-    for (auto _ : state) benchmark::DoNotOptimize(data_mapper4::map_collection(loaded()));
-}
-BENCHMARK(copy);
 
 }  // namespace
+
+void register_load()
+{
+    for (const cell& in : load_cells()) {
+        const std::string rows = "load/" + in.name() + "/";
+        add_row(rows + library_name, benchmark::kMillisecond, [in](auto& state) { load_library(state, in); });
+        for (const peer& by : peers()) {
+            add_row(rows + by.name, benchmark::kMillisecond, [in, by](auto& state) { load_peer(state, in, by); });
+        }
+    }
+}
+
+void register_parse()
+{
+    for (const std::size_t kibibytes : {64U, 1024U, 32768U}) {
+        const cell in(kibibytes, item_order::shuffled);
+        const std::string rows = "parse/" + in.name() + "/";
+        add_row(rows + library_name, benchmark::kMillisecond, [in](auto& state) { parse_library(state, in, false); });
+        add_row(rows + library_name + "_pop", benchmark::kMillisecond,
+                [in](auto& state) { parse_library(state, in, true); });
+        for (const peer& by : peers()) {
+            if (by.parse == nullptr) continue;
+            add_row(rows + by.name, benchmark::kMillisecond, [in, by](auto& state) { parse_peer(state, in, by); });
+        }
+    }
+}
+
+}  // namespace bench

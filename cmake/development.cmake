@@ -29,15 +29,9 @@ if(DATA_MAPPER4_TESTS)
     add_subdirectory(tests)
 endif()
 
-option(DATA_MAPPER4_BENCH "Build the benchmark (needs Google Benchmark, expat and pugixml)" OFF)
+option(DATA_MAPPER4_BENCH "Build the benchmarks (needs Google Benchmark and the parsers in bench/CMakeLists.txt)" OFF)
 if(DATA_MAPPER4_BENCH)
-    find_package(benchmark REQUIRED)
-    find_package(EXPAT REQUIRED)
-    find_package(pugixml REQUIRED)
-    add_executable(load_bench bench/load_bench.cpp)
-    target_link_libraries(load_bench PRIVATE
-        data_mapper4_objects data_mapper4_warnings benchmark::benchmark_main EXPAT::EXPAT pugixml::pugixml
-    )
+    add_subdirectory(bench)
 endif()
 
 option(DATA_MAPPER4_FUZZ "Build the fuzz target with everything under the sanitizers (needs clang)" OFF)

@@ -1,0 +1,284 @@
+#include "documents.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <numeric>
+#include <random>
+#include <set>
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+using data_mapper4::map_type;
+
+constexpr std::array tags = {"map", "collection_map", "vector_map", "vector_collection_map"};  // by map_type
+
+const char* tag_of(map_type type)
+{
+    return tags[static_cast<std::size_t>(type)];
+}
+
+// Numbers as if thrown, the same everywhere: the standard's own distributions differ between its implementations.
+class dice
+{
+public:
+    explicit dice(std::size_t seed) : m_random(static_cast<std::uint32_t>(seed) * 2654435761U) {}
+    std::size_t operator()(std::size_t sides) { return m_random() % sides; }
+
+private:
+    std::minstd_rand m_random;
+};
+
+const char* word(dice& roll)
+{
+    static constexpr std::array plain = {
+        "Time",   "Standard", "North", "of",    "Islands", "Dollar", "Republic", "Central", "42",     "07:31",
+        "Office", "and",      "red",   "Saint", "green",   "net",    "total",    "CH",      "Street", "western",
+        "Region", "new",      "line",  "price", "per",     "kg",     "Station",  "Upper",   "IC 6",   "Department",
+    };
+    static constexpr std::array foreign = {"Zürich", "Überweisung", "São Tomé", "Besançon", "大阪", "Łódź", "café"};
+    static constexpr std::array references = {"R&amp;D", "&lt;none&gt;", "&quot;Nord&quot;", "caf&#xE9;", "A &amp; B"};
+    if (roll(100) == 0) return references[roll(references.size())];
+    return roll(20) == 0 ? foreign[roll(foreign.size())] : plain[roll(plain.size())];
+}
+
+// 2 to 60 bytes, more often few than many.
+std::string value(dice& roll)
+{
+    const std::size_t length = 2 + std::min(roll(59), roll(59));
+    std::string text = word(roll);
+    while (text.size() < length) {
+        const std::string next = word(roll);
+        if (text.size() + 1 + next.size() > 60) break;
+        text.append(1, ' ').append(next);
+    }
+    return text;
+}
+
+std::string attribute(const std::string& name, const std::string& text)
+{
+    return " " + name + "=\"" + text + "\"";
+}
+
+// Attributes after the first, each left out now and then, but not in the element that names them for its map.
+std::string attributes(std::initializer_list<const char*> names, dice& roll, bool& is_first)
+{
+    std::string text;
+    for (const char* name : names) {
+        std::string each = attribute(name, value(roll));
+        if (roll(16) != 0 || is_first) text += each;
+    }
+    is_first = false;
+    return text;
+}
+
+std::string element(const char* tag, const std::string& attributes)
+{
+    return std::string("    <") + tag + attributes + "/>\n";
+}
+
+// An item with its args. The same number always gives the same, but for an element that names the map's attributes.
+std::string entry(map_type type, std::size_t number, bool& is_first)
+{
+    dice roll(number * tags.size() + static_cast<std::size_t>(type));
+    const std::string name = attribute("name", item_name(number));
+    if (type == data_mapper4::MT_COLLECTION) {
+        return element("item", name + attributes({"number", "unit", "text", "symbol"}, roll, is_first));
+    }
+    std::string text = element("item", name);
+    std::size_t args = roll(50) == 0 ? 0 : 1;
+    if (type == data_mapper4::MT_VECTOR) args = roll(6);
+    if (type == data_mapper4::MT_VECTOR_COLLECTION) args = roll(5);
+    for (; args > 0; --args) {
+        std::string arg = attribute("name", value(roll));
+        if (type == data_mapper4::MT_VECTOR_COLLECTION) arg += attributes({"text", "time"}, roll, is_first);
+        text += element("arg", arg);
+    }
+    return text;
+}
+
+std::string map_text(map_type type, const std::string& name, const std::vector<std::size_t>& numbers)
+{
+    std::string text = std::string("  <") + tag_of(type) + attribute("name", name) + ">\n";
+    bool is_first = true;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (i % 100 == 50) text += "    <!-- checked against the list of last year -->\n";
+        text += entry(type, numbers[i], is_first);
+    }
+    return text + "  </" + tag_of(type) + ">\n";
+}
+
+std::string document(const std::string& maps)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<maps>\n" + maps + "</maps>\n";
+}
+
+// As many numbers as entries fit into the size.
+std::vector<std::size_t> numbers_of_size(map_type type, std::size_t size)
+{
+    std::vector<std::size_t> numbers;
+    bool is_first = false;
+    for (std::size_t used = 0; used < size; used += entry(type, numbers.back(), is_first).size()) {
+        numbers.push_back(numbers.size());
+    }
+    return numbers;
+}
+
+void put_in_order(std::vector<std::size_t>& numbers, item_order order)
+{
+    if (order == item_order::shuffled) {
+        std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
+        return;
+    }
+    std::vector<std::string> names;
+    for (const std::size_t number : numbers) names.push_back(item_name(number));
+    std::sort(numbers.begin(), numbers.end(), [&](std::size_t a, std::size_t b) { return names[a] < names[b]; });
+}
+
+std::filesystem::path folder()
+{
+    return std::filesystem::temp_directory_path() / "data_mapper4_bench";
+}
+
+}  // namespace
+
+std::string cell::name() const
+{
+    if (m_size == 0) return "world";
+    const std::size_t kibibytes = m_size >> 10;
+    const std::string size =
+        kibibytes < 1024 ? std::to_string(kibibytes) + "KiB/" : std::to_string(kibibytes >> 10) + "MiB/";
+    return size + (m_order == item_order::sorted ? "sorted" : "shuffled");
+}
+
+std::string cell::path() const
+{
+    return m_size == 0 ? example_document("world/world.xml") : mixed_document(m_size, m_order);
+}
+
+std::size_t cell::size() const
+{
+    if (m_size != 0) return std::filesystem::file_size(path());
+    std::size_t size = 0;
+    const auto folder_of_all = std::filesystem::path(path()).parent_path();
+    for (const auto& file : std::filesystem::recursive_directory_iterator(folder_of_all)) {
+        if (file.path().extension() == ".xml") size += file.file_size();
+    }
+    return size;
+}
+
+const std::vector<cell>& load_cells()
+{
+    static const std::vector<cell> cells = [] {
+        std::vector<cell> all;
+        for (const std::size_t kibibytes : {64U, 1024U, 32768U}) {
+            for (const item_order order : {item_order::sorted, item_order::shuffled})
+                all.emplace_back(kibibytes, order);
+        }
+        all.emplace_back();
+        return all;
+    }();
+    return cells;
+}
+
+std::string example_document(const std::string& name)
+{
+    return DATA_MAPPER4_EXAMPLES "/" + name;
+}
+
+std::string write_document(const std::string& name, const std::string& content)
+{
+    const std::filesystem::path path = folder() / name;
+    std::filesystem::create_directories(path.parent_path());
+    // Renamed when it is complete, so that two runs at once do not read each other's halves.
+    const std::filesystem::path part = path.string() + "." + std::to_string(std::random_device()());
+    std::ofstream out(part, std::ios::binary);
+    out << content;
+    out.close();
+    if (!out) throw std::runtime_error("cannot write " + part.string());
+    std::filesystem::rename(part, path);
+    return path.string();
+}
+
+std::string written_once(const std::string& name, const std::function<std::string()>& make_content)
+{
+    static std::set<std::string> written;
+    if (written.insert(name).second) write_document(name, make_content());
+    return (folder() / name).string();
+}
+
+std::string mixed_document(std::size_t size, item_order order)
+{
+    const std::string name = std::to_string(size) + (order == item_order::sorted ? "_sorted.xml" : "_shuffled.xml");
+    return written_once(name, [&] {
+        std::string maps;
+        for (std::size_t type = 0; type < tags.size(); ++type) {
+            auto numbers = numbers_of_size(static_cast<map_type>(type), size / tags.size());
+            put_in_order(numbers, order);
+            maps += map_text(static_cast<map_type>(type), std::string(tags[type]) + "_of_names", numbers);
+        }
+        return document(maps);
+    });
+}
+
+std::string table_document(map_type type, std::size_t items)
+{
+    return written_once(std::string(tag_of(type)) + "_" + std::to_string(items) + ".xml", [&] {
+        std::vector<std::size_t> numbers(items);
+        std::iota(numbers.begin(), numbers.end(), std::size_t{0});
+        put_in_order(numbers, item_order::shuffled);
+        return document(map_text(type, "table", numbers));
+    });
+}
+
+// A beginning that many share, as real names do, and four digits that are different for every number: the factor has no
+// divisor in common with their count.
+std::string item_name(std::size_t number)
+{
+    static constexpr std::array beginnings = {
+        "",
+        "",
+        "CH-",
+        "US-",
+        "id_",
+        "AD",
+        "order.",
+        "label_",
+        "Zone ",
+        "Europe/",
+        "GB",
+        "price.net.",
+        "W. Europe ",
+        "city of ",
+        "région ",
+        "Müller ",
+        "東京 ",
+        "colour_scheme.",
+        "menu.recent.",
+        "title_of_section_",
+        "Africa/",
+        "America/Argentina/",
+        "shipping.address.",
+        "N. Central Standard ",
+    };
+    constexpr std::size_t base = 36;
+    std::size_t digits = number * 1000003 % (base * base * base * base);
+    std::string name = beginnings[dice(number + 1)(beginnings.size())];
+    for (int i = 0; i < 4; ++i, digits /= base) name += "0123456789abcdefghijklmnopqrstuvwxyz"[digits % base];
+    return name;
+}
+
+// Differs from a name at its end, so that a search goes as deep as for the name.
+std::string missing_name(std::size_t number)
+{
+    std::string name = item_name(number);
+    name.back() = 'Z';
+    return name;
+}
+
+}  // namespace bench
