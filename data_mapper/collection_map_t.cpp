@@ -24,27 +24,25 @@ public:
 
     bool can_repeat() const { return m_is_schema_read; }
 
-    group take(xml_element_queue& queue, load_outcome& outcome)
+    group take(xml_element_queue& queue, std::vector<xml_value>& values, load_outcome& outcome)
     {
         const xml_element& item = queue.front();
-        m_row.clear();
         map_error_t result;
         if (!m_is_schema_read) result = read_attrib_names(item, m_schema, false);
         if (result.type() == map_error_t::no_error) {
             m_is_schema_read = true;
-            result = read_attrib_values(item, m_schema, m_row);
+            result = read_attrib_values(item, m_schema, values);
         }
         queue.pop();
         outcome.set(result);
         return outcome.is_sound() ? group::add : group::end;
     }
 
-    std::vector<ustring8> value() const { return texts_of(m_row.data(), m_row.size()); }
+    static std::vector<ustring8> make(const xml_value* values, std::size_t size) { return texts_of(values, size); }
 
 private:
     attrib_schema& m_schema;
     bool m_is_schema_read = false;
-    attrib_row m_row;
 };
 
 }  // namespace

@@ -4,34 +4,64 @@ namespace data_mapper4 {
 
 namespace {
 
-std::size_t common_size(std::string_view a, std::string_view b)
+using iterator = std::vector<gathered_item>::iterator;
+
+// Items whose keys share their first bytes.
+struct alike
+{
+    iterator begin;
+    iterator end;
+    std::size_t shared;
+};
+
+std::size_t common_size(std::string_view a, std::string_view b, std::size_t known)
 {
     const std::size_t most = std::min(a.size(), b.size());
-    return static_cast<std::size_t>(std::mismatch(a.begin(), a.begin() + most, b.begin()).first - a.begin());
+    while (known < most && a[known] == b[known]) ++known;
+    return known;
 }
 
-// The first bytes as a number whose order is theirs; zeros stand for those that are missing.
-std::uint64_t order_of(std::string_view key)
+// The bytes from there on as a number whose order is theirs. Zeros stand for those that are missing: no key holds one.
+std::uint64_t order_of(std::string_view key, std::size_t from)
 {
     std::uint64_t order = 0;
-    for (std::size_t i = 0; i < sizeof order; ++i) {
+    for (std::size_t i = from; i < from + sizeof order; ++i) {
         order = order << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
     }
     return order;
 }
 
+// Sorts by the eight bytes behind what all the keys share; gives where those begin.
+std::size_t sort_by_first_difference(const alike& run)
+{
+    const std::string_view first = run.begin->key;
+    std::size_t shared = first.size();
+    for (auto item = run.begin; item != run.end; ++item) {
+        shared = std::min(shared, common_size(first.substr(0, shared), item->key, run.shared));
+    }
+    for (auto item = run.begin; item != run.end; ++item) item->order = order_of(item->key, shared);
+    std::sort(run.begin, run.end, [](const gathered_item& a, const gathered_item& b) { return a.order < b.order; });
+    return shared;
+}
+
 }  // namespace
 
-void sort_places(std::vector<item_place>& places)
+// Keys of one map often begin alike in groups, so whole keys are never compared: what sorts alike by some bytes is
+// sorted again by those behind them. Equal keys have nothing behind.
+void sort_by_key(std::vector<gathered_item>& items)
 {
-    if (places.empty()) return;
-    // Keys of one map often begin alike; what they share orders nothing.
-    std::string_view shared = places.front().key();
-    for (const item_place& place : places) shared = shared.substr(0, common_size(shared, place.key()));
-    for (item_place& place : places) place.order = order_of(place.key().substr(shared.size()));
-    std::sort(places.begin(), places.end(), [](const item_place& a, const item_place& b) {
-        return a.order != b.order ? a.order < b.order : a.key() < b.key();
-    });
+    std::vector<alike> runs = {{items.begin(), items.end(), 0}};
+    while (!runs.empty()) {
+        const alike run = runs.back();
+        runs.pop_back();
+        const std::size_t next = sort_by_first_difference(run) + sizeof gathered_item::order;
+        for (auto begin = run.begin; begin != run.end;) {
+            const auto end =
+                std::find_if(begin, run.end, [&](const gathered_item& item) { return item.order != begin->order; });
+            if (end - begin > 1 && begin->key.size() > next) runs.push_back({begin, end, next});
+            begin = end;
+        }
+    }
 }
 
 }  // namespace data_mapper4

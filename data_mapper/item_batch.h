@@ -1,9 +1,8 @@
 // Internal: many items added at once, in the order of their names.
 //
-// An item that is added alone is searched for in the whole table, from its root, through memory that no cache holds any
-// more. Items in no order are therefore first looked through where they stand in the text, their places sorted by name,
-// and then added one beside the other, which also lays them side by side in memory. The benchmark's shuffled rows pay
-// for it.
+// An item that is added alone is searched for from the root of the table, through memory that no cache holds any more.
+// Items in no order are therefore first gathered where they stand in the text, sorted by name, and then added one beside
+// the other, which also lays them side by side in memory. The benchmark's shuffled rows pay for it.
 //
 // What can be observed is that each item was added when its turn came: where a batch meets a fault, a name that is
 // there already or a shortage of memory, it is taken back and its items are left to be added one by one.
@@ -28,19 +27,17 @@ enum class group
     end,   // leave it out, and end the load
 };
 
-// Where an item stands in the text.
-struct item_place
+// An item that is gathered: its name, and where its values stand among those of the batch.
+struct gathered_item
 {
-    const char* begin;
-    std::uint32_t key_offset;
-    std::uint32_t key_size;
-    std::uint64_t order;  // the first bytes by which the keys of a batch may differ, as a number
-
-    std::string_view key() const { return {begin + key_offset, key_size}; }
+    std::string_view key;
+    std::uint64_t order;  // some of the key's bytes as a number, for sorting
+    std::uint32_t first_value;
+    std::uint32_t values;
 };
 
 // Sorts by key.
-void sort_places(std::vector<item_place>& places);
+void sort_by_key(std::vector<gathered_item>& items);
 
 template <class group_reader>
 class item_batch
@@ -64,78 +61,66 @@ public:
     {
         const xml_element_queue::mark begin = m_queue.front_mark();
         const load_outcome outcome_before = m_outcome;
-        bool is_added = false;
+        m_gathered.clear();
+        m_values.clear();
         m_added = 0;
         try {
-            collect();
-            const xml_element_queue::mark end = m_queue.front_mark();
-            is_added = !m_places.empty() && add(begin.place.depth);
-            if (is_added) m_queue.go_to(end);
+            gather();
+            if (!m_gathered.empty() && add()) return 0;
         } catch (...) {
             // Whatever it is will come again when the items are added one by one.
-            take_back();
         }
-        const std::size_t looked_at = m_places.size() + 1;
-        if (is_added) return 0;
+        take_back();
         m_queue.go_to(begin);
         m_outcome = outcome_before;
-        return looked_at;
+        return m_gathered.size() + 1;
     }
 
 private:
     // In a smaller table the search is cheap.
-    static constexpr std::size_t smallest_table = 1024;
-    // A batch may be as large as this, or as half the table, so that its memory stays small beside the table's.
-    static constexpr std::size_t smallest_batch = 2048;
+    static constexpr std::size_t smallest_table = 256;
+    // A batch may hold as many items and values together as this, or as a part of what the table held before, so that
+    // its memory stays small beside the table's.
+    static constexpr std::size_t smallest_batch = 4096;
+    static constexpr std::size_t part_of_table = 5;
 
-    static bool is_plain(const xml_element& item)
+    // Gathers items up to the first one that is not as plain as can be, and leaves that one in front.
+    void gather()
     {
-        constexpr auto most = std::numeric_limits<std::uint32_t>::max();
-        if (!has_form(item, group_reader::form) || name_of(item).empty() || !name_of(item).is_plain) return false;
-        const std::string_view key = name_of(item).written;
-        return key.size() <= most && static_cast<std::size_t>(key.data() - item.begin) <= most;
-    }
-
-    // Looks through the items up to the first one that is not as plain as can be, and leaves that one in front.
-    void collect()
-    {
-        m_places.clear();
-        const std::size_t most = std::max(smallest_batch, m_known.size() / 2);
-        while (m_places.size() < most && is_item_waiting(m_queue) && is_plain(m_queue.front())) {
-            if (!is_sound_item(m_queue, group_reader::form)) break;
+        const std::size_t most = std::max(smallest_batch, m_weight / part_of_table);
+        while (m_gathered.size() + m_values.size() < most && is_item_waiting(m_queue)) {
+            const xml_element& item = m_queue.front();
+            if (!is_sound_item(m_queue, group_reader::form) || !name_of(item).is_plain) break;
             const xml_element_queue::mark here = m_queue.front_mark();
-            const std::string_view key = name_of(m_queue.front()).written;
+            const std::string_view key = name_of(item).written;
+            const std::size_t first_value = m_values.size();
             load_outcome outcome = m_outcome;
-            outcome.stand_at(m_queue.front());
-            if (m_reader.take(m_queue, outcome) != group::add || !outcome.is_sound()) {
+            outcome.stand_at(item);
+            const bool is_plain = m_reader.take(m_queue, m_values, outcome) == group::add && outcome.is_sound();
+            if (!is_plain || m_values.size() > std::numeric_limits<std::uint32_t>::max()) {
                 m_queue.go_to(here);
+                m_values.resize(first_value);
                 break;
             }
             m_outcome = outcome;
-            m_places.push_back({here.place.at, static_cast<std::uint32_t>(key.data() - here.place.at),
-                                static_cast<std::uint32_t>(key.size()), 0});
+            m_gathered.push_back({key, 0, static_cast<std::uint32_t>(first_value),
+                                  static_cast<std::uint32_t>(m_values.size() - first_value)});
         }
+        m_weight += m_gathered.size() + m_values.size();
     }
 
     // False when a key is there already.
-    bool add(std::size_t depth)
+    bool add()
     {
-        m_added = 0;
-        sort_places(m_places);
+        sort_by_key(m_gathered);
         auto position = m_known.end();
-        for (const item_place& place : m_places) {
-            load_outcome outcome = m_outcome;
-            m_queue.go_to({{place.begin, depth}, std::numeric_limits<std::size_t>::max()});
-            m_queue.front();
-            m_reader.take(m_queue, outcome);
-            ustring8 key(place.key());
+        for (const gathered_item& item : m_gathered) {
+            ustring8 key(item.key);
             position = m_added == 0 ? m_known.lower_bound(key) : next_position(position, key);
-            const bool repeats = m_added != 0 && m_places[m_added - 1].key() == place.key();
-            if (repeats || (position != m_known.end() && position->first == key)) {
-                take_back();
-                return false;
-            }
-            m_known.emplace_hint(position, std::move(key), m_reader.value());
+            const bool repeats = m_added != 0 && m_gathered[m_added - 1].key == item.key;
+            if (repeats || (position != m_known.end() && position->first == key)) return false;
+            const xml_value* const values = m_values.data() + item.first_value;
+            m_known.emplace_hint(position, std::move(key), m_reader.make(values, item.values));
             ++m_added;
         }
         return true;
@@ -145,7 +130,7 @@ private:
     typename items::iterator next_position(typename items::iterator position, const ustring8& key)
     {
         // In a table a few times as large as the batch the place is a few steps away.
-        for (int step = 0; step < 4; ++step, ++position) {
+        for (std::size_t step = 0; step < part_of_table; ++step, ++position) {
             if (position == m_known.end() || !(position->first < key)) return position;
         }
         return m_known.lower_bound(key);
@@ -155,18 +140,19 @@ private:
     {
         auto position = m_known.begin();
         for (std::size_t i = 0; i < m_added; ++i) {
-            while (position->first != m_places[i].key()) ++position;
+            while (position->first != m_gathered[i].key) ++position;
             position = m_known.erase(position);
         }
-        m_added = 0;
     }
 
     group_reader& m_reader;
     xml_element_queue& m_queue;
     items& m_known;
     load_outcome& m_outcome;
-    std::vector<item_place> m_places;
-    std::size_t m_added = 0;  // how many of the places, in their order, are in the table
+    std::vector<gathered_item> m_gathered;
+    std::vector<xml_value> m_values;
+    std::size_t m_added = 0;   // how many of those gathered, in their order, are in the table
+    std::size_t m_weight = 0;  // items and values of all batches
 };
 
 }  // namespace data_mapper4

@@ -6,12 +6,15 @@
 //     static constexpr form            what an item may carry
 //     static constexpr ends_at_line    whether the element that ends the content gives the line
 //     bool can_repeat() const          whether a group that is read again comes to the same
-//     group take(queue, outcome)       takes the item in front, whose name is sound and new, and what belongs to it
-//     mapped_type value() const        what the group taken last stands for; its views must still hold
+//     group take(queue, values, outcome)
+//                                      takes the item in front, whose form and name are sound, and what belongs to it;
+//                                      appends the values
+//     mapped_type make(values, size)   what the values of a group stand for
 #pragma once
 
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "data_mapper/item_batch.h"
 #include "data_mapper/item_content.h"
@@ -29,7 +32,7 @@ bool is_behind_all(const items& known, const xml_element& item)
 // Takes and adds the item in front. False: the load ends; the outcome has the code.
 template <class group_reader>
 bool load_item(group_reader& reader, xml_element_queue& queue, typename group_reader::items& known, bool is_behind,
-               load_outcome& outcome)
+               std::vector<xml_value>& values, load_outcome& outcome)
 {
     outcome.stand_at(queue.front());
     const auto refuse = [&](map_error_t::result_type code) {
@@ -41,10 +44,11 @@ bool load_item(group_reader& reader, xml_element_queue& queue, typename group_re
     ustring8 name = name_of(queue.front()).text();
     const auto position = is_behind ? known.end() : known.lower_bound(name);
     if (position != known.end() && position->first == name) return refuse(map_error_t::duplicate_item);
-    const group taken = reader.take(queue, outcome);
+    values.clear();
+    const group taken = reader.take(queue, values, outcome);
     if (taken != group::add) return taken == group::drop;
     const std::size_t size = known.size();
-    known.emplace_hint(position, std::move(name), reader.value());
+    known.emplace_hint(position, std::move(name), reader.make(values.data(), values.size()));
     if (known.size() == size) outcome.type(map_error_t::memory_error);
     return known.size() != size;
 }
@@ -57,13 +61,14 @@ void load_items(group_reader& reader, xml_element_queue& queue, shared_items& ta
     if (!is_item_waiting(queue)) return;
     auto& known = table.write();
     item_batch<group_reader> batch(reader, queue, known, outcome);
+    std::vector<xml_value> values;
     std::size_t one_by_one = 0;  // items that must be added in their own order
     while (is_item_waiting(queue)) {
         const bool is_behind = is_behind_all(known, queue.front());
         if (!is_behind && one_by_one == 0 && batch.is_worthwhile()) {
             one_by_one = batch.load();
         } else {
-            if (!load_item(reader, queue, known, is_behind, outcome)) return;
+            if (!load_item(reader, queue, known, is_behind, values, outcome)) return;
             if (one_by_one != 0) --one_by_one;
         }
         if (group_reader::ends_at_line && !queue.empty()) outcome.stand_at(queue.front());

@@ -17,24 +17,21 @@ public:
     bool can_repeat() const { return true; }
 
     // A fault is reported at the item's line, also when it lies in the arg behind it.
-    group take(xml_element_queue& queue, load_outcome& outcome)
+    group take(xml_element_queue& queue, std::vector<xml_value>& values, load_outcome& outcome)
     {
         queue.pop();
-        m_text = xml_value();
+        values.emplace_back();
         if (!is_arg_waiting(queue)) return group::add;
         const xml_element& arg = queue.front();
         const bool is_sound = has_form(arg, form);
-        if (is_sound) m_text = name_of(arg);
+        if (is_sound) values.back() = name_of(arg);
         queue.pop();
         if (is_sound) return group::add;
         outcome.type(map_error_t::invalid_format);
         return group::end;
     }
 
-    ustring8 value() const { return m_text.text(); }
-
-private:
-    xml_value m_text;
+    static ustring8 make(const xml_value* values, std::size_t /*size*/) { return values->text(); }
 };
 
 }  // namespace

@@ -23,30 +23,29 @@ public:
     bool can_repeat() const { return m_is_schema_read; }
 
     // A faulty arg drops its item and leaves its code; the load goes on, and the next sound arg clears the code.
-    group take(xml_element_queue& queue, load_outcome& outcome)
+    group take(xml_element_queue& queue, std::vector<xml_value>& values, load_outcome& outcome)
     {
         queue.pop();
-        m_values.clear();
-        m_rows = 0;
         bool is_sound = true;
         while (is_sound && is_arg_waiting(queue)) {
-            is_sound = take_row(queue.front(), outcome);
+            is_sound = take_row(queue.front(), values, outcome);
             queue.pop();
         }
         return outcome.is_sound() ? group::add : group::drop;
     }
 
-    std::vector<std::vector<ustring8>> value() const
+    // Rows are as long as the schema, which has a name at least.
+    std::vector<std::vector<ustring8>> make(const xml_value* values, std::size_t size) const
     {
         std::vector<std::vector<ustring8>> rows;
-        rows.reserve(m_rows);
-        const std::size_t size = m_schema.size();
-        for (std::size_t i = 0; i < m_rows; ++i) rows.push_back(texts_of(m_values.data() + i * size, size));
+        const std::size_t width = m_schema.size();
+        rows.reserve(size == 0 ? 0 : size / width);
+        for (std::size_t i = 0; i < size; i += width) rows.push_back(texts_of(values + i, width));
         return rows;
     }
 
 private:
-    bool take_row(const xml_element& arg, load_outcome& outcome)
+    bool take_row(const xml_element& arg, std::vector<xml_value>& values, load_outcome& outcome)
     {
         outcome.stand_at(arg);
         if (!has_form(arg, element_form::name_and_attributes) || name_of(arg).empty()) {
@@ -58,15 +57,12 @@ private:
             if (!outcome.is_sound()) return false;
             m_is_schema_read = true;
         }
-        outcome.set(read_attrib_values(arg, m_schema, m_values));
-        if (outcome.is_sound()) ++m_rows;
+        outcome.set(read_attrib_values(arg, m_schema, values));
         return outcome.is_sound();
     }
 
     attrib_schema& m_schema;
     bool m_is_schema_read = false;
-    attrib_row m_values;  // of all rows, one behind the other
-    std::size_t m_rows = 0;
 };
 
 }  // namespace

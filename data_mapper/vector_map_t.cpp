@@ -17,26 +17,22 @@ public:
     bool can_repeat() const { return true; }
 
     // Ends behind the first faulty arg, and the item keeps the texts before it. Every arg moves the line.
-    group take(xml_element_queue& queue, load_outcome& outcome)
+    group take(xml_element_queue& queue, std::vector<xml_value>& values, load_outcome& outcome)
     {
         queue.pop();
-        m_texts.clear();
         bool is_sound = true;
         while (is_sound && is_arg_waiting(queue)) {
             const xml_element& arg = queue.front();
             outcome.stand_at(arg);
             is_sound = has_form(arg, form) && !name_of(arg).empty();
-            if (is_sound) m_texts.push_back(name_of(arg));
+            if (is_sound) values.push_back(name_of(arg));
             queue.pop();
         }
         if (!is_sound) outcome.type(map_error_t::invalid_format);
         return group::add;
     }
 
-    std::vector<ustring8> value() const { return texts_of(m_texts.data(), m_texts.size()); }
-
-private:
-    std::vector<xml_value> m_texts;
+    static std::vector<ustring8> make(const xml_value* values, std::size_t size) { return texts_of(values, size); }
 };
 
 }  // namespace

@@ -146,9 +146,11 @@ private:
 template <class... characters>
 const char* find_first(const char* at, characters... wanted)
 {
-    for (;; at += byte_block::size) {
+    for (;; at += 2 * byte_block::size) {
         const byte_block::mask found = byte_block(at).find(wanted..., '\0');
-        if (found != 0) return at + byte_block::first(found);
+        const byte_block::mask found2 = byte_block(at + byte_block::size).find(wanted..., '\0');
+        const auto both = found | found2 << 16;
+        if (both != 0) return at + byte_block::first(both);
     }
 }
 
