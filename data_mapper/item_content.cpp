@@ -14,7 +14,13 @@ std::vector<ustring8> texts_of(const xml_value* values, std::size_t size)
 {
     std::vector<ustring8> texts;
     texts.reserve(size);
-    for (const xml_value* value = values; value != values + size; ++value) texts.push_back(value->text());
+    for (const xml_value* value = values; value != values + size; ++value) {
+        if (value->is_plain) {
+            texts.emplace_back(value->written);
+        } else {
+            texts.push_back(value->resolved());
+        }
+    }
     return texts;
 }
 

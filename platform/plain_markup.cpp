@@ -27,7 +27,7 @@ public:
     bool add(std::string_view name)
     {
         if (m_size == capacity) return false;
-        const entry added{first_bytes(name), name};
+        const entry added{first_bytes(name), name.data(), name.size()};
         // Names that differ in this mostly differ in their bit, and need not be compared.
         const std::uint64_t bit = std::uint64_t{1} << ((added.first + name.size()) * 0x9E3779B97F4A7C15 >> 58);
         if ((m_bits & bit) != 0 && has(added)) return false;
@@ -42,13 +42,18 @@ private:
     struct entry
     {
         std::uint64_t first;
-        std::string_view name;
+        const char* begin;
+        std::size_t size;
     };
 
     bool has(const entry& wanted) const
     {
         for (std::size_t i = 0; i < m_size; ++i) {
-            if (m_entries[i].first == wanted.first && m_entries[i].name == wanted.name) return true;
+            const entry& each = m_entries[i];
+            if (each.first == wanted.first && each.size == wanted.size &&
+                std::memcmp(each.begin, wanted.begin, each.size) == 0) {
+                return true;
+            }
         }
         return false;
     }

@@ -49,7 +49,10 @@ void xml_element_reader::go_to(place there)
 
 void xml_element_reader::read(xml_element& element)
 {
-    take_content(m_has_mixed_text && m_open != 0 ? &m_behind : nullptr);
+    if (!m_has_mixed_text) m_at = skip_space(m_at);
+    if (*m_at != '<' || m_at[1] == '!' || m_at[1] == '?') {
+        take_content(m_has_mixed_text && m_open != 0 ? &m_behind : nullptr);
+    }
     element.begin = m_at;
     element.attributes.clear();
     element.has_data = false;
@@ -104,18 +107,18 @@ void xml_element_reader::read_attributes(xml_element& element)
     for (;;) {
         at = skip_space(at);
         if (*at == '>' || *at == '/') break;
-        xml_attribute& attribute = element.attributes.emplace_back();
         const char* const name = at;
         at = skip_name(at);
-        attribute.name = view(name, at);
+        const std::string_view name_view = view(name, at);
         if (*at == '=') ++at;
         if (*at != '"' && *at != '\'') at = find_first(at, '"', '\'');
         const char quote = *at++;
-        const char* const begin = at;
+        const char* const value = at;
         at = find_first(at, quote, '&', '\n', '\t');
-        attribute.value.is_plain = *at == quote;
-        if (*at != quote) at = find_first(at, quote);
-        attribute.value.written = view(begin, at++);
+        const bool is_plain = *at == quote;
+        if (!is_plain) at = find_first(at, quote);
+        element.attributes.push_back({name_view, {view(value, at), is_plain}});
+        ++at;
     }
     m_at = at;
 }
