@@ -54,7 +54,8 @@ void check_item(map_collection& maps, const string& map, const load_model::table
 {
     const auto found = table.items.find(item);
     const bool has = found != table.items.end();
-    const std::vector<load_model::row> rows = has ? found->second : std::vector<load_model::row>();
+    static const std::vector<load_model::row> no_rows;
+    const std::vector<load_model::row>& rows = has ? found->second : no_rows;
     require(maps.has_item(map, item) == has);
 
     const bool is_simple = table.kind == data_mapper4::MT_SIMPLE;
