@@ -21,14 +21,18 @@ std::size_t common_size(std::string_view a, std::string_view b, std::size_t know
     return known;
 }
 
-// The bytes from there on as a number whose order is theirs. Zeros stand for those that are missing: no key holds one.
+// Eight bytes from there on as a number whose order is theirs. Zeros stand for those that are missing: no key holds one.
 std::uint64_t order_of(std::string_view key, std::size_t from)
 {
+    const std::string_view bytes = key.substr(from, sizeof(std::uint64_t));
     std::uint64_t order = 0;
-    for (std::size_t i = from; i < from + sizeof order; ++i) {
-        order = order << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
+    if (bytes.size() == sizeof order) {
+        // One load for the compiler.
+        for (std::size_t i = 0; i < sizeof order; ++i) order = order << 8 | static_cast<unsigned char>(bytes[i]);
+        return order;
     }
-    return order;
+    for (const char byte : bytes) order = order << 8 | static_cast<unsigned char>(byte);
+    return order << 8 * (sizeof order - bytes.size() - 1) << 8;
 }
 
 // Sorts by the eight bytes behind what all the keys share; gives where those begin.

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <limits>
 #include <string_view>
 #include <vector>
@@ -51,12 +52,10 @@ public:
     }
 
     // Whether the item in front, and presumably those behind it, should be added in a batch.
-    bool is_worthwhile() const
-    {
-        return m_known.size() >= smallest_table && m_queue.can_mark() && m_reader.can_repeat();
-    }
+    bool is_worthwhile() const { return !m_known.empty() && m_queue.can_mark() && m_reader.can_repeat(); }
 
-    // Adds a batch, and gives 0; or adds nothing, and gives the number of items that must be added one by one instead.
+    // Adds a batch, and gives 0; or adds nothing, and gives the number of items that must be added one by one instead. If
+    // there is a failure, it must be thrown behind them.
     std::size_t load()
     {
         const xml_element_queue::mark begin = m_queue.front_mark();
@@ -68,17 +67,20 @@ public:
             gather();
             if (!m_gathered.empty() && add()) return 0;
         } catch (...) {
-            // Whatever it is will come again when the items are added one by one.
+            m_failure = std::current_exception();
         }
         take_back();
         m_queue.go_to(begin);
         m_outcome = outcome_before;
-        return m_gathered.size() + 1;
+        return m_gathered.size() + (m_failure == nullptr ? 1 : 0);
+    }
+
+    void throw_failure() const
+    {
+        if (m_failure != nullptr) std::rethrow_exception(m_failure);
     }
 
 private:
-    // In a smaller table the search is cheap.
-    static constexpr std::size_t smallest_table = 256;
     // A batch may hold as many items and values together as this, or as a part of what the table held before, so that
     // its memory stays small beside the table's.
     static constexpr std::size_t smallest_batch = 4096;
@@ -153,6 +155,7 @@ private:
     std::vector<xml_value> m_values;
     std::size_t m_added = 0;   // how many of those gathered, in their order, are in the table
     std::size_t m_weight = 0;  // items and values of all batches
+    std::exception_ptr m_failure;
 };
 
 }  // namespace data_mapper4

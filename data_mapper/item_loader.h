@@ -67,9 +67,10 @@ void load_items(group_reader& reader, xml_element_queue& queue, shared_items& ta
         const bool is_behind = is_behind_all(known, queue.front());
         if (!is_behind && one_by_one == 0 && batch.is_worthwhile()) {
             one_by_one = batch.load();
+            if (one_by_one == 0) batch.throw_failure();
         } else {
             if (!load_item(reader, queue, known, is_behind, values, outcome)) return;
-            if (one_by_one != 0) --one_by_one;
+            if (one_by_one != 0 && --one_by_one == 0) batch.throw_failure();
         }
         if (group_reader::ends_at_line && !queue.empty()) outcome.stand_at(queue.front());
     }

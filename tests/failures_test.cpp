@@ -1,0 +1,261 @@
+// Memory and files that fail, at every call. A program of its own: it replaces the calls.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <new>
+
+#include "data_mapper/map_collection.h"
+#include "documents.h"
+
+#if defined(__linux__)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#endif
+
+using namespace data_mapper4;
+
+namespace {
+
+// Counts calls, and tells which ones fail.
+struct failing_calls
+{
+    long calls = 0;
+    long first = -1;  // the first call that fails, from 0; none if negative
+    bool is_once = true;
+
+    bool fails_now()
+    {
+        const long call = calls++;
+        return first >= 0 && (is_once ? call == first : call >= first);
+    }
+};
+
+thread_local failing_calls* memory = nullptr;  // counted while it is set
+
+}  // namespace
+
+void* operator new(std::size_t size)
+{
+    void* const block = memory != nullptr && memory->fails_now() ? nullptr : std::malloc(size);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t /*size*/) noexcept
+{
+    std::free(block);
+}
+
+namespace {
+
+using text_map = std::map<ustring8, ustring8>;
+
+// A file with a map of each kind. Their names begin with the prefix; strings are too long to need no memory.
+std::string file_of(const std::string& prefix)
+{
+    const std::string name = "name='a name that is too long to be kept without memory ";
+    std::string items[4];
+    for (const std::string key : {"c", "a", "d", "b"}) {
+        items[0] += "<item " + name + key + "'/><arg " + name + "&amp;'/>";
+        items[1] += "<item " + name + key + "'/><arg " + name + "1'/><arg " + name + "2'/>";
+        items[2] += "<item " + name + key + "' other='1'/>";
+        items[3] += "<item " + name + key + "'/><arg " + name + "' other='1'/>";
+    }
+    const std::string kinds[] = {"map", "vector_map", "collection_map", "vector_collection_map"};
+    std::string text = "<maps>";
+    for (int i = 0; i < 4; ++i) {
+        text += '<' + kinds[i] + " name='" + prefix + kinds[i] + "'>" + items[i] + "</" + kinds[i] + '>';
+    }
+    return text + "</maps>";
+}
+
+// Every answer about the maps of the prefix, as one text.
+std::string answers(map_collection& maps, const std::string& prefix)
+{
+    std::string text;
+    for (const std::string key : {"a", "b", "c", "d", "e"}) {
+        const ustring8 item = "a name that is too long to be kept without memory " + key;
+        ustring8 value;
+        std::vector<ustring8> values;
+        text_map attribs;
+        std::vector<text_map> sets;
+        text += std::to_string(maps.get_arg(prefix + "map", item, value)) + value;
+        text += std::to_string(maps.get_args(prefix + "vector_map", item, values)) + std::to_string(values.size());
+        text += std::to_string(maps.get_attribs(prefix + "collection_map", item, attribs)) + attribs["other"];
+        text += std::to_string(maps.get_attrib(prefix + "collection_map", item, "name", value)) + value;
+        text += std::to_string(maps.get_args_vector(prefix + "vector_collection_map", item, sets));
+        for (text_map& set : sets) text += set["other"] + set["name"];
+        for (const auto& [name, kind] : maps.maps()) text += std::to_string(maps.has_item(name, item));
+    }
+    for (const auto& [name, kind] : maps.maps()) text += name + std::to_string(maps.has_key(name, "other"));
+    return text;
+}
+
+}  // namespace
+
+TEST(Failures, MemoryThatRunsOutLosesWhatWasLoaded)
+{
+    const documents::folder folder;
+    folder.write("old", file_of("old"));
+    folder.write("new", file_of("new"));
+    folder.write("last", "<maps><include file='new'/></maps>");
+    map_collection old;
+    ASSERT_EQ(old.load(folder.path("old")).type(), map_error_t::no_error);
+    const std::string old_answers = answers(old, "old");
+    const std::wstring path = folder.path("new");
+    const std::wstring including = folder.path("last");
+    const std::function<void(map_collection&)> operations[] = {
+        [&](map_collection& maps) { maps.load(path); },
+        [&](map_collection& maps) { maps.load(including); },
+        [&](map_collection& maps) { const map_collection copy = maps; },
+        [&](map_collection& maps) { map_collection() = maps; },
+        [&](map_collection& maps) { answers(maps, "old"); },
+    };
+    for (const auto& operation : operations) {
+        for (const bool is_once : {true, false}) {
+            bool is_reached = true;
+            for (long call = 0; is_reached; ++call) {
+                map_collection maps = old;
+                failing_calls calls{0, call, is_once};
+                bool has_thrown = false;
+                memory = &calls;
+                try {
+                    operation(maps);
+                } catch (const std::bad_alloc&) {
+                    has_thrown = true;
+                }
+                memory = nullptr;
+                is_reached = calls.calls > call;
+                ASSERT_EQ(has_thrown, is_reached) << call;
+                for (const auto& [name, kind] : map_collection(maps)) {
+                    ASSERT_TRUE(maps.has_item(name, "a name that is too long to be kept without memory a")) << name;
+                }
+                map_collection target = maps;
+                target = old;
+                ASSERT_EQ(answers(target, "old"), old_answers) << call;
+                target.load(folder.path("new"));
+                ASSERT_EQ(target.maps().size(), 8U) << call;
+            }
+        }
+    }
+}
+
+// A table used by itself keeps the items that came before the failure, in the order of the document.
+TEST(Failures, MemoryThatRunsOutLosesItemsOfATable)
+{
+    struct opened : map_t
+    {
+        using map_t::m_items;
+    };
+    std::string document = "<maps>";
+    const std::string order = "hcagbdfe";
+    for (const char key : order) document += "<item name='" + std::string(40, key) + "'/><arg name='text'/>";
+    for (long call = 0, size = -1; size != static_cast<long>(order.size()); ++call) {
+        const auto parser = documents::parsed(document + "</maps>");
+        parser->node_queue_pop();
+        opened table;
+        failing_calls calls{0, call, true};
+        memory = &calls;
+        try {
+            table.load("t", *parser);
+        } catch (const std::bad_alloc&) {
+            EXPECT_GT(calls.calls, call);
+        }
+        memory = nullptr;
+        EXPECT_GE(static_cast<long>(table.m_items.read().size()), size) << "more memory, and fewer items";
+        size = static_cast<long>(table.m_items.read().size());
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            EXPECT_EQ(table.m_items.read().count(std::string(40, order[i])), i < static_cast<std::size_t>(size))
+                << call;
+        }
+        table.clear();
+        EXPECT_EQ(table.load("t", *documents::parsed("<item name='a'/>")).type(), map_error_t::invalid_format);
+    }
+}
+
+#if defined(__linux__)
+
+namespace {
+
+// What the calls of the system do; every one that is not told otherwise does its work.
+struct file_calls
+{
+    failing_calls open = {};
+    failing_calls fstat = {};
+    failing_calls read = {};
+    int error = EIO;
+    off_t claimed_size = -1;       // what fstat says, if not negative
+    std::size_t most = SSIZE_MAX;  // bytes in a read
+    long last_read = LONG_MAX;     // reads from this one on find the end
+};
+
+thread_local file_calls* files = nullptr;
+
+}  // namespace
+
+extern "C" int open(const char* path, int flags, ...)
+{
+    if (files != nullptr && files->open.fails_now()) return errno = files->error, -1;
+    return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, 0600));
+}
+
+extern "C" int fstat(int file, struct stat* status) noexcept
+{
+    if (files != nullptr && files->fstat.fails_now()) return errno = files->error, -1;
+    const auto result = static_cast<int>(::syscall(SYS_newfstatat, file, "", status, AT_EMPTY_PATH));
+    if (files != nullptr && files->claimed_size >= 0) status->st_size = files->claimed_size;
+    return result;
+}
+
+extern "C" ssize_t read(int file, void* to, std::size_t size)
+{
+    if (files == nullptr) return ::syscall(SYS_read, file, to, size);
+    if (files->read.fails_now()) return errno = files->error, -1;
+    if (files->read.calls > files->last_read) return 0;
+    return ::syscall(SYS_read, file, to, std::min(size, files->most));
+}
+
+TEST(Failures, AFileThatFailsIsHalfASuccess)
+{
+    const documents::folder folder;
+    const std::string content = file_of("m");
+    folder.write("m", content);
+    const auto load = [&](file_calls calls) {
+        map_collection maps;
+        files = &calls;
+        const map_error_t error = maps.load(folder.path("m"));
+        files = nullptr;
+        return maps.map_error_as_string(error) + ' ' + std::to_string(maps.maps().size());
+    };
+    const failing_calls at_once{0, 0, true};
+    EXPECT_EQ(load({at_once}), "file_not_found 0");
+    EXPECT_EQ(load({{}, at_once}), "file_not_found 0");
+    EXPECT_EQ(load({{}, {}, {0, 0, true}, EINTR}), "no_error 4") << "an interrupted read is not tried again";
+    // The size that the file claims is a lie, or was true a moment ago.
+    for (const off_t claimed : {off_t{0}, off_t{1}, static_cast<off_t>(content.size()) * 2, off_t{1} << 60}) {
+        EXPECT_EQ(load({{}, {}, {}, EIO, claimed}), "no_error 4") << claimed;
+        EXPECT_EQ(load({{}, {}, {}, EIO, claimed, 7}), "no_error 4") << claimed;
+    }
+    // In pieces of seven bytes: a read that fails, and an end that comes too early.
+    const auto reads = static_cast<long>((content.size() + 6) / 7);
+    for (long call = 1; call <= reads; ++call) {
+        EXPECT_EQ(load({{}, {}, {0, call, true}, EIO, -1, 7}), "invalid_format 0") << call;
+        // Without its last end tag, a document is one whose root is still open.
+        const std::string got = content.substr(0, static_cast<std::size_t>(call) * 7);
+        const bool is_enough = got.size() >= content.rfind("</maps>") && (got.back() == '>');
+        EXPECT_EQ(load({{}, {}, {}, EIO, -1, 7, call}) == "no_error 4", is_enough) << call;
+    }
+}
+
+#endif
