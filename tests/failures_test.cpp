@@ -40,19 +40,20 @@ thread_local failing_calls* memory = nullptr;  // counted while it is set
 
 }  // namespace
 
-void* operator new(std::size_t size)
+// Not inlined: a compiler that sees one of them without the other takes the pair for a mistake.
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
     void* const block = memory != nullptr && memory->fails_now() ? nullptr : std::malloc(size);
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }
 
-void operator delete(void* block) noexcept
+[[gnu::noinline]] void operator delete(void* block) noexcept
 {
     std::free(block);
 }
 
-void operator delete(void* block, std::size_t /*size*/) noexcept
+[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept
 {
     std::free(block);
 }
@@ -87,18 +88,23 @@ std::string answers(map_collection& maps, const std::string& prefix)
     for (const std::string key : {"a", "b", "c", "d", "e"}) {
         const ustring8 item = "a name that is too long to be kept without memory " + key;
         ustring8 value;
+        ustring8 name;
         std::vector<ustring8> values;
         text_map attribs;
         std::vector<text_map> sets;
-        text += std::to_string(maps.get_arg(prefix + "map", item, value)) + value;
-        text += std::to_string(maps.get_args(prefix + "vector_map", item, values)) + std::to_string(values.size());
-        text += std::to_string(maps.get_attribs(prefix + "collection_map", item, attribs)) + attribs["other"];
-        text += std::to_string(maps.get_attrib(prefix + "collection_map", item, "name", value)) + value;
-        text += std::to_string(maps.get_args_vector(prefix + "vector_collection_map", item, sets));
+        const bool found[] = {
+            maps.get_arg(prefix + "map", item, value),
+            maps.get_args(prefix + "vector_map", item, values),
+            maps.get_attribs(prefix + "collection_map", item, attribs),
+            maps.get_attrib(prefix + "collection_map", item, "name", name),
+            maps.get_args_vector(prefix + "vector_collection_map", item, sets),
+        };
+        for (const bool each : found) text += std::to_string(each);
+        text += value + std::to_string(values.size()) + attribs["other"] + name;
         for (text_map& set : sets) text += set["other"] + set["name"];
-        for (const auto& [name, kind] : maps.maps()) text += std::to_string(maps.has_item(name, item));
+        for (const auto& [map, kind] : maps.maps()) text += std::to_string(maps.has_item(map, item));
     }
-    for (const auto& [name, kind] : maps.maps()) text += name + std::to_string(maps.has_key(name, "other"));
+    for (const auto& [map, kind] : maps.maps()) text += map + std::to_string(maps.has_key(map, "other"));
     return text;
 }
 
