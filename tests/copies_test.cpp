@@ -86,23 +86,46 @@ TEST(Copies, TwoThreadsMeetInSharedItems)
     }
 }
 
+// Under the thread sanitizer: readers with every query, while others copy the same collection, load into the copies,
+// assign and destroy them.
 TEST(Copies, QueriesRaceWithEachOtherOrWithACopy)
 {
     const documents::folder folder;
     for (const std::string name : {"m", "n"}) {
-        folder.write(name, "<maps><map name='" + name + "'><item name='i'/><arg name='v'/></map></maps>");
+        std::string text = "<maps>";
+        for (const std::string kind : {"map", "vector_map", "collection_map", "vector_collection_map"}) {
+            text += '<' + kind + " name='" + kind + name + "'><item name='i'/>";
+            text += (kind == "collection_map" ? "" : "<arg name='v'/>") + ("</" + kind + '>');
+        }
+        folder.write(name, text + "</maps>");
     }
     map_collection maps;
     maps.load(folder.path("m"));
+    const auto expect_answers = [](map_collection& from) {
+        ustring8 value;
+        std::vector<ustring8> values;
+        std::map<ustring8, ustring8> attribs;
+        std::vector<std::map<ustring8, ustring8>> sets;
+        EXPECT_TRUE(from.get_arg("mapm", "i", value) && value == "v" && from.type("mapm") == MT_SIMPLE);
+        EXPECT_TRUE(from.get_args("vector_mapm", "i", values) && values.size() == 1 && from.has_item("mapm", "i"));
+        EXPECT_TRUE(from.get_attribs("collection_mapm", "i", attribs) && attribs.at("name") == "i");
+        EXPECT_TRUE(from.get_attrib("collection_mapm", "i", "name", value) && value == "i");
+        EXPECT_TRUE(from.get_args_vector("vector_collection_mapm", "i", sets) && sets.size() == 1);
+        EXPECT_TRUE(from.has_key("vector_collection_mapm", "name") && !from.has_key("mapm", "name"));
+        EXPECT_TRUE(from.is_loaded("mapm") && from.maps().size() >= 4 && from.begin() != from.end());
+    };
     std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&maps, &folder, copy = maps, i]() mutable {
-            if (i % 2 == 0) copy.load(folder.path("n"));
-            if (i == 3) copy = map_collection();
-            for (int again = 0; again < 100; ++again) {
-                ustring8 value;
-                EXPECT_TRUE(maps.get_arg("m", "i", value) && maps.has_item("m", "i") && maps.maps().size() == 1);
-                EXPECT_EQ(copy.has_item("n", "i"), i % 2 == 0);
+    for (int i = 0; i < 6; ++i) {
+        threads.emplace_back([&, i] {
+            for (int again = 0; again < 40; ++again) {
+                expect_answers(maps);
+                if (i < 3) continue;
+                map_collection copy = maps;
+                EXPECT_EQ(copy.load(folder.path("n")).type(), map_error_t::no_error);
+                EXPECT_TRUE(copy.maps().size() == 8 && copy.has_item("mapn", "i"));
+                expect_answers(copy);
+                copy = i == 3 ? map_collection() : maps;
+                EXPECT_FALSE(copy.is_loaded("mapn"));
             }
         });
     }
