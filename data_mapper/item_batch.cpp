@@ -40,7 +40,7 @@ std::size_t sort_by_first_difference(const alike& run)
 {
     const std::string_view first = run.begin->key;
     std::size_t shared = first.size();
-    for (auto item = run.begin; item != run.end; ++item) {
+    for (auto item = run.begin; item != run.end && shared != run.shared; ++item) {
         shared = std::min(shared, common_size(first.substr(0, shared), item->key, run.shared));
     }
     for (auto item = run.begin; item != run.end; ++item) item->order = order_of(item->key, shared);

@@ -90,6 +90,8 @@ private:
     void gather()
     {
         const std::size_t most = std::max(smallest_batch, m_weight / part_of_table);
+        m_gathered.reserve(smallest_batch / 16);
+        m_values.reserve(smallest_batch / 8);
         while (m_gathered.size() + m_values.size() < most && is_item_waiting(m_queue)) {
             const xml_element& item = m_queue.front();
             if (!is_sound_item(m_queue, group_reader::form) || !name_of(item).is_plain) break;

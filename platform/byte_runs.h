@@ -35,6 +35,8 @@ inline unsigned lowest_bit(std::uint64_t bits)
 
 #if defined(DATA_MAPPER4_SSE2)
 
+// NOLINTBEGIN(portability-simd-intrinsics,*-reinterpret-cast): what is not portable here has its other form below.
+
 // Sixteen bytes. A mask has one bit for each byte, the lowest for the first.
 class byte_block
 {
@@ -93,6 +95,8 @@ private:
 
     __m128i m_bytes;
 };
+
+// NOLINTEND(portability-simd-intrinsics,*-reinterpret-cast)
 
 #else
 

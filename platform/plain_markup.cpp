@@ -1,5 +1,6 @@
 #include "platform/plain_markup.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -17,51 +18,6 @@ std::uint64_t first_bytes(std::string_view name)
     std::memcpy(&bytes, name.data(), sizeof bytes);
     return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
 }
-
-// Names that must differ, each with its first bytes at hand. More of them than a tag has as a rule are for a method
-// whose cost does not grow with their square.
-class few_names
-{
-public:
-    // Adds a name; false when there is no room for it, or when it is one of the others.
-    bool add(std::string_view name)
-    {
-        if (m_size == capacity) return false;
-        const entry added{first_bytes(name), name.data(), name.size()};
-        // Names that differ in this mostly differ in their bit, and need not be compared.
-        const std::uint64_t bit = std::uint64_t{1} << ((added.first + name.size()) * 0x9E3779B97F4A7C15 >> 58);
-        if ((m_bits & bit) != 0 && has(added)) return false;
-        m_bits |= bit;
-        m_entries[m_size++] = added;
-        return true;
-    }
-
-private:
-    static constexpr std::size_t capacity = 8;
-
-    struct entry
-    {
-        std::uint64_t first;
-        const char* begin;
-        std::size_t size;
-    };
-
-    bool has(const entry& wanted) const
-    {
-        for (std::size_t i = 0; i < m_size; ++i) {
-            const entry& each = m_entries[i];
-            if (each.first == wanted.first && each.size == wanted.size &&
-                std::memcmp(each.begin, wanted.begin, each.size) == 0) {
-                return true;
-            }
-        }
-        return false;
-    }
-
-    std::uint64_t m_bits = 0;
-    std::size_t m_size = 0;
-    entry m_entries[capacity];
-};
 
 std::string_view view(const char* begin, const char* end)
 {
@@ -92,14 +48,33 @@ const char* find_plain_value_end(const char* at, char quote)
 
 }  // namespace
 
-plain_tag find_plain_start_tag(const char* at)
+bool few_names::add(std::string_view name)
+{
+    if (m_size == capacity) return false;
+    const entry added{first_bytes(name), name};
+    // Names that differ in this mostly differ in their bit, and need not be compared.
+    const std::uint64_t bit = std::uint64_t{1} << ((added.first + name.size()) * 0x9E3779B97F4A7C15 >> 58);
+    if ((m_bits & bit) != 0 && has(added)) return false;
+    m_bits |= bit;
+    m_entries[m_size++] = added;
+    return true;
+}
+
+bool few_names::has(const entry& wanted) const
+{
+    return std::any_of(m_entries, m_entries + m_size,
+                       [&](const entry& each) { return each.first == wanted.first && each.name == wanted.name; });
+}
+
+plain_tag plain_start_tag_finder::find(const char* at)
 {
     plain_tag tag;
     if (!is_byte(*++at, name_start_byte)) return tag;
     const char* begin = at;
     at = skip_name_bytes(at);
     tag.name = view(begin, at);
-    few_names names;
+    std::string_view first;
+    m_names.clear();
     for (;;) {
         const bool is_spaced = is_space(*at);
         if (is_spaced) at = skip_space(at);
@@ -109,7 +84,14 @@ plain_tag find_plain_start_tag(const char* at)
         if (tag.is_empty_element || !is_spaced || !is_byte(*at, name_start_byte)) return tag;
         begin = at;
         at = skip_name_bytes(at);
-        if (!names.add(view(begin, at)) || *at != '=') return tag;
+        const std::string_view name = view(begin, at);
+        // Most tags have one attribute, whose name differs from all others.
+        if (first.empty()) {
+            first = name;
+        } else if ((m_names.empty() && !m_names.add(first)) || !m_names.add(name)) {
+            return tag;
+        }
+        if (*at != '=') return tag;
         const char quote = *++at;
         if (quote != '"' && quote != '\'') return tag;
         at = find_plain_value_end(at + 1, quote);

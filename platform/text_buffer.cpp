@@ -72,7 +72,7 @@ text_buffer::text_buffer(std::size_t capacity) : m_capacity(capacity)
 std::string_view text_buffer::view() const
 {
     static constexpr char nothing[padding] = {};
-    return m_bytes == nullptr ? std::string_view(nothing, 0) : std::string_view(m_bytes.get() + m_begin, m_size);
+    return m_bytes == nullptr ? std::string_view(nothing) : std::string_view(m_bytes.get() + m_begin, m_size);
 }
 
 void text_buffer::resize(std::size_t size)

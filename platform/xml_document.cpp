@@ -90,7 +90,7 @@ private:
 
     const char* take_plain_start_tag(const char* at)
     {
-        const plain_tag tag = find_plain_start_tag(at);
+        const plain_tag tag = m_finder.find(at);
         if (tag.end != nullptr) add_start_tag(tag.name, tag.is_empty_element);
         return tag.end;
     }
@@ -185,6 +185,7 @@ private:
     }
 
     xml_scanner m_scanner;
+    plain_start_tag_finder m_finder;
     xml_stream_parser::error_type m_fault_at_end;
     std::vector<std::string_view> m_open;  // names of the open elements, the root's first
     bool m_has_root = false;
