@@ -21,7 +21,8 @@ std::size_t common_size(std::string_view a, std::string_view b, std::size_t know
     return known;
 }
 
-// Eight bytes from there on as a number whose order is theirs. Zeros stand for those that are missing: no key holds one.
+// Eight bytes from there on as a number whose order is theirs. Zeros stand for those that are missing: no key holds
+// one.
 std::uint64_t order_of(std::string_view key, std::size_t from)
 {
     const std::string_view bytes = key.substr(from, sizeof(std::uint64_t));

@@ -1,8 +1,8 @@
 // Internal: many items added at once, in the order of their names.
 //
 // An item that is added alone is searched for from the root of the table, through memory that no cache holds any more.
-// Items in no order are therefore first gathered where they stand in the text, sorted by name, and then added one beside
-// the other, which also lays them side by side in memory. The benchmark's shuffled rows pay for it.
+// Items in no order are therefore first gathered where they stand in the text, sorted by name, and then added one
+// beside the other, which also lays them side by side in memory. The benchmark's shuffled rows pay for it.
 //
 // What can be observed is that each item was added when its turn came: where a batch meets a fault, a name that is
 // there already or a shortage of memory, it is taken back and its items are left to be added one by one.
@@ -54,8 +54,8 @@ public:
     // Whether the item in front, and presumably those behind it, should be added in a batch.
     bool is_worthwhile() const { return !m_known.empty() && m_queue.can_mark() && m_reader.can_repeat(); }
 
-    // Adds a batch, and gives 0; or adds nothing, and gives the number of items that must be added one by one instead. If
-    // there is a failure, it must be thrown behind them.
+    // Adds a batch, and gives 0; or adds nothing, and gives the number of items that must be added one by one instead.
+    // If there is a failure, it must be thrown behind them.
     std::size_t load()
     {
         const xml_element_queue::mark begin = m_queue.front_mark();

@@ -69,27 +69,11 @@ public:
         return bits(printable | line_end | tab) ^ 0xFFFF;
     }
 
-    // Bytes that are no ASCII letter or digit and none of `-` `.` `_` `:`.
-    mask find_not_name() const
-    {
-        const vector lower{_mm_or_si128(m_bytes, _mm_set1_epi8(0x20))};
-        const vector letters = lower.within('a', 'z');
-        const vector slash{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('/'))};
-        const vector others{_mm_andnot_si128(slash.bytes, vector{m_bytes}.within('-', ':').bytes)};
-        const vector underline{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('_'))};
-        return bits(letters | others | underline) ^ 0xFFFF;
-    }
-
 private:
     struct vector
     {
         __m128i bytes;
         friend vector operator|(vector a, vector b) { return {_mm_or_si128(a.bytes, b.bytes)}; }
-        vector within(char first, char last) const
-        {
-            return {_mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8(static_cast<char>(first - 1))),
-                                  _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(last + 1))))};
-        }
     };
     static mask bits(vector found) { return static_cast<unsigned>(_mm_movemask_epi8(found.bytes)); }
 
@@ -124,16 +108,6 @@ public:
     {
         const mask small = zeros(m_bytes & (ones * 0xE0));
         return ((small | m_bytes) & tops) & ~find('\n', '\t');
-    }
-
-    mask find_not_name() const
-    {
-        mask found = 0;
-        for (unsigned i = 0; i < size; ++i) {
-            const auto byte = static_cast<char>(m_bytes >> 8 * i & 0xFF);
-            if (!is_byte(byte, name_byte)) found |= mask{0x80} << 8 * i;
-        }
-        return found;
     }
 
 private:
@@ -193,10 +167,10 @@ inline std::size_t count_lines(const char* at, const char* end)
     return lines + static_cast<std::size_t>(std::count(at, end, '\n'));
 }
 
-// The first byte that is not white space.
+// The first byte that is not white space. A text has no CR left in it.
 inline const char* skip_space(const char* at)
 {
-    while (*at == ' ' || *at == '\n' || *at == '\t' || *at == '\r') ++at;
+    while (*at == ' ' || *at == '\n' || *at == '\t') ++at;
     return at;
 }
 

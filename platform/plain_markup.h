@@ -18,8 +18,8 @@ struct plain_tag
     bool is_empty_element = false;
 };
 
-// Names that must differ, each with its first bytes at hand. More of them than a tag has as a rule are for a method whose
-// cost does not grow with their square.
+// Names that must differ, each with its first bytes at hand. More of them than a tag has as a rule are for a method
+// whose cost does not grow with their square.
 class few_names
 {
 public:

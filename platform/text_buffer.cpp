@@ -88,11 +88,10 @@ void text_buffer::remove_prefix(std::size_t size)
     m_capacity -= size;
 }
 
-void text_buffer::reserve(std::size_t capacity)
+void text_buffer::grow(std::size_t capacity)
 {
-    if (capacity <= m_capacity) return;
     text_buffer larger(capacity);
-    if (m_size != 0) std::memcpy(larger.data(), data(), m_size);
+    std::memcpy(larger.data(), data(), m_size);
     larger.resize(m_size);
     *this = std::move(larger);
 }

@@ -31,8 +31,8 @@ public:
     // Takes bytes away at the beginning.
     void remove_prefix(std::size_t size);
 
-    // Makes room for at least this many bytes and keeps those within the size.
-    void reserve(std::size_t capacity);
+    // Makes room for this many bytes, more than before, and keeps those within the size.
+    void grow(std::size_t capacity);
 
 private:
     struct releaser

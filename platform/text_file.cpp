@@ -168,7 +168,7 @@ document_text text_file::read()
     text_buffer bytes(std::min(claimed, most_at_once));
     std::int64_t got = 0;
     do {
-        if (bytes.size() == bytes.capacity()) bytes.reserve(grown(bytes.capacity(), claimed));
+        if (bytes.size() == bytes.capacity()) bytes.grow(grown(bytes.capacity(), claimed));
         const std::size_t room = std::min(bytes.capacity() - bytes.size(), most_in_a_call);
         got = m_file->read(bytes.data() + bytes.size(), room);
         if (got > 0) bytes.resize(bytes.size() + static_cast<std::size_t>(got));

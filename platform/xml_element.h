@@ -36,10 +36,9 @@ struct xml_element
         whole,    // without child elements
         opening,  // the start tag of an element with children, or of one still open where the text ends
         closing,
-        none,  // there is no further one
     };
 
-    kind form = kind::none;
+    kind form = kind::whole;
     const char* begin = nullptr;  // where the tag's `<` stands
     std::string_view tag;
     std::vector<xml_attribute> attributes;

@@ -34,8 +34,8 @@ public:
     // How many elements wait.
     std::size_t size() const { return m_waiting; }
 
-    // The next element, left in the queue; `none` when there is no next one. Its attributes go with it, the views in it
-    // stay as long as the document, but for those of an element that was handed out as a node before.
+    // The next element, left in the queue, which is not empty. Its attributes go with it, the views in it stay as long
+    // as the document, but for those of an element that was handed out as a node before.
     const xml_element& front()
     {
         if (!m_is_front_read || m_is_node_made) look_at_front();

@@ -56,10 +56,7 @@ void xml_element_reader::read(xml_element& element)
     element.begin = m_at;
     element.attributes.clear();
     element.has_data = false;
-    if (m_at == m_end) {
-        element.form = xml_element::kind::none;
-        element.tag = {};
-    } else if (m_at[1] == '/') {
+    if (m_at[1] == '/') {
         read_end(element);
     } else {
         read_start(element);

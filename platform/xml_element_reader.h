@@ -27,7 +27,7 @@ public:
     // has. `has_mixed_text`: text other than white space stands behind a child element somewhere.
     xml_element_reader(std::string_view sound_text, bool has_mixed_text);
 
-    // Takes the next element; none at the end.
+    // Takes the next element; there are as many as check_document counted.
     void read(xml_element& element);
 
     // The text of the element read last, where it has data.

@@ -282,18 +282,17 @@ bool xml_scanner::take_attributes()
             return true;
         }
         if (!spaced) return fail(xml_stream_parser::unexpected_character);
-        attribute found;
-        if (!take_name(found.name) || !take_equal() || !take_value(found.value)) return false;
-        m_attributes.push_back(found);
+        std::string_view attribute;
+        if (!take_name(attribute) || !take_equal() || !take_value()) return false;
+        m_attributes.push_back(attribute);
     }
 }
 
 // AttValue = '"' ([^<&"] | Reference)* '"' | "'" ([^<&'] | Reference)* "'"
-bool xml_scanner::take_value(std::string_view& value)
+bool xml_scanner::take_value()
 {
     if (m_at == m_end || (*m_at != '"' && *m_at != '\'')) return fail(xml_stream_parser::missing_quote);
     const char quote = *m_at++;
-    const char* const begin = m_at;
     for (;;) {
         m_at = find_stop(m_at, m_end, value_stop);
         if (m_at == m_end) return fail(xml_stream_parser::missing_quote);
@@ -305,7 +304,6 @@ bool xml_scanner::take_value(std::string_view& value)
             return m_at == m_end ? fail(xml_stream_parser::missing_quote) : false;
         }
     }
-    value = {begin, static_cast<std::size_t>(m_at - begin)};
     ++m_at;
     return true;
 }
@@ -335,37 +333,37 @@ bool xml_scanner::take_reference()
 // No name occurs twice among the attributes taken so far. A fault stands at the first one that repeats an earlier one.
 bool xml_scanner::check_attributes()
 {
-    const attribute* const repeated =
+    const std::string_view* const repeated =
         m_attributes.size() <= few_attributes ? find_repeated_among_few() : find_repeated();
     if (repeated == nullptr) return true;
-    m_at = repeated->name.data();
+    m_at = repeated->data();
     return fail(xml_stream_parser::attribute_redefined);
 }
 
-const xml_scanner::attribute* xml_scanner::find_repeated_among_few() const
+const std::string_view* xml_scanner::find_repeated_among_few() const
 {
     for (auto later = m_attributes.begin(); later != m_attributes.end(); ++later) {
         for (auto earlier = m_attributes.begin(); earlier != later; ++earlier) {
-            if (earlier->name == later->name) return &*later;
+            if (*earlier == *later) return &*later;
         }
     }
     return nullptr;
 }
 
-const xml_scanner::attribute* xml_scanner::find_repeated()
+const std::string_view* xml_scanner::find_repeated()
 {
     // Any total order will do; lengths first compares the fewest bytes.
-    const auto order = [](const attribute* a, const attribute* b) {
-        if (a->name.size() != b->name.size()) return a->name.size() < b->name.size();
-        const int names = a->name.compare(b->name);
+    const auto order = [](const std::string_view* a, const std::string_view* b) {
+        if (a->size() != b->size()) return a->size() < b->size();
+        const int names = a->compare(*b);
         return names != 0 ? names < 0 : a < b;
     };
     m_sorted.clear();
-    for (const attribute& each : m_attributes) m_sorted.push_back(&each);
+    for (const std::string_view& each : m_attributes) m_sorted.push_back(&each);
     std::sort(m_sorted.begin(), m_sorted.end(), order);
-    const attribute* first = nullptr;
+    const std::string_view* first = nullptr;
     for (std::size_t i = 1; i < m_sorted.size(); ++i) {
-        const bool repeats = m_sorted[i]->name == m_sorted[i - 1]->name;
+        const bool repeats = *m_sorted[i] == *m_sorted[i - 1];
         if (repeats && (first == nullptr || m_sorted[i] < first)) first = m_sorted[i];
     }
     return first;

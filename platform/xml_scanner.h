@@ -29,12 +29,6 @@ public:
         end,
     };
 
-    struct attribute
-    {
-        std::string_view name;
-        std::string_view value;  // as written between its quotes; append_value resolves it
-    };
-
     // Where the text was cut because it could not be decoded further, `fault_at_end` is the fault to report there.
     explicit xml_scanner(std::string_view text, error_type fault_at_end = xml_stream_parser::no_error);
 
@@ -55,10 +49,9 @@ public:
     bool take_blank();  // text where only white space may stand, up to the next `<`
 
     // What the last successful take found.
-    std::string_view name() const { return m_name; }                           // of a start or end tag
-    const std::vector<attribute>& attributes() const { return m_attributes; }  // of a start tag
-    bool is_empty_element() const { return m_is_empty_element; }               // of a start tag
-    std::string_view content() const { return m_content; }                     // of text or a CDATA section
+    std::string_view name() const { return m_name; }              // of a start or end tag
+    bool is_empty_element() const { return m_is_empty_element; }  // of a start tag
+    std::string_view content() const { return m_content; }        // of text or a CDATA section
 
     // The declared encoding, empty when there is none; set also when the declaration is faulty further on.
     std::string_view encoding() const { return m_encoding; }
@@ -80,11 +73,11 @@ private:
     bool take_quoted(std::string_view& content, error_type unopened);
     bool take_setting(std::string_view name, bool (*is_valid)(std::string_view), std::string_view& value);
     bool take_attributes();
-    bool take_value(std::string_view& value);
+    bool take_value();
     bool take_reference();
     bool check_attributes();
-    const attribute* find_repeated_among_few() const;
-    const attribute* find_repeated();
+    const std::string_view* find_repeated_among_few() const;
+    const std::string_view* find_repeated();
     bool take_bracket();
     bool take_external_id();
     bool take_internal_subset();
@@ -97,8 +90,8 @@ private:
     error_type m_fault_at_end;
     error_type m_fault = xml_stream_parser::no_error;
     std::string_view m_name;
-    std::vector<attribute> m_attributes;
-    std::vector<const attribute*> m_sorted;
+    std::vector<std::string_view> m_attributes;  // the names
+    std::vector<const std::string_view*> m_sorted;
     bool m_is_empty_element = false;
     std::string_view m_content;
     std::string_view m_encoding;

@@ -251,6 +251,17 @@ TEST(Tables, ASecondLoadLosesTheFirst)
     EXPECT_EQ(sets, (decltype(sets){{{"name", "x"}, {"c", "1"}, {"d", ""}}}));
 }
 
+// A host may look at the node in front, and change it, before a table takes it.
+TEST(Tables, ANodeInFrontIsReadAnew)
+{
+    const auto parser = parsed("<maps>\n<item name='b'/><item name='d'/><item name='c'>x</item></maps>");
+    parser->node_queue_pop();
+    parser->node_queue_front().attributes.front().second = "e";
+    opened<map_t> map;
+    EXPECT_EQ(map.load("m", *parser).type(), map_error_t::invalid_format);
+    EXPECT_TRUE(map.m_error.line() == 2 && map.m_items.read().size() == 2 && map.m_items.read().count("e") == 1);
+}
+
 TEST(Tables, ABatchAddsOtherItems)
 {
     check_batches<opened<map_t>>("<arg name='x'/>", "");
