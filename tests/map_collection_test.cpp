@@ -154,7 +154,7 @@ TEST(MapCollection, APathWithoutABackslashFindsOtherFiles)
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(folder.system_path(""));
     opened maps;
-    const map_error_t error = maps.load(L"a.xml");
+    const map_error_t error = maps.load(std::wstring(L"a.xml\0b.xml", 11));  // up to the zero
     std::filesystem::current_path(before);
     EXPECT_EQ(rendered(maps, error, folder), "no_error 0 | m:0 v:2 | d\\c.xml");
     EXPECT_EQ(maps.m_base_dir, L"d\\");

@@ -131,6 +131,7 @@ TEST(Tables, ASimpleMapReadsOtherItems)
             {"no_error 4 | B= b= bb= Ä= | map", {"<item name='b'/><item name='B'/><item name='bb'/><item name='Ä'/>"}},
             {"invalid_format 1 | | end", {"<item name='a'/>$"}},
             {"duplicate_item 2 | a= | arg", {"<item name='a'/><item name='a'/><arg name='x'/>"}},
+            {"duplicate_item 3 | <= > = | arg", {"<item name='&lt;'/><item name='> '/><item name='&#60;'/><arg name='x'/>"}},
             // one thing wrong with an item, or with an arg
             {"invalid_format 1 | | x",
              {"<item name=''/><x/>", "<item/><x/>", "<item Name='a'/><x/>", "<item name='a' id='1'/><x/>",
