@@ -35,8 +35,6 @@ inline unsigned lowest_bit(std::uint64_t bits)
 
 #if defined(DATA_MAPPER4_SSE2)
 
-// NOLINTBEGIN(portability-simd-intrinsics,*-reinterpret-cast): what is not portable here has its other form below.
-
 // Sixteen bytes. A mask has one bit for each byte, the lowest for the first.
 class byte_block
 {
@@ -44,7 +42,10 @@ public:
     static constexpr std::ptrdiff_t size = 16;
     using mask = std::uint64_t;
 
-    explicit byte_block(const char* at) : m_bytes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at))) {}
+    explicit byte_block(const char* at)
+        : m_bytes(_mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(at))))
+    {
+    }
 
     static unsigned first(mask found) { return lowest_bit(found); }
 
@@ -79,8 +80,6 @@ private:
 
     __m128i m_bytes;
 };
-
-// NOLINTEND(portability-simd-intrinsics,*-reinterpret-cast)
 
 #else
 
