@@ -35,39 +35,41 @@ inline unsigned lowest_bit(std::uint64_t bits)
 
 #if defined(DATA_MAPPER4_SSE2)
 
-// Sixteen bytes. A mask has one bit for each byte, the lowest for the first.
+// Thirty-two bytes. A mask has one bit for each byte, the lowest for the first.
 class byte_block
 {
 public:
-    static constexpr std::ptrdiff_t size = 16;
+    static constexpr std::ptrdiff_t size = 32;
     using mask = std::uint64_t;
 
-    explicit byte_block(const char* at)
-        : m_bytes(_mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(at))))
-    {
-    }
+    explicit byte_block(const char* at) : m_halves{load(at), load(at + size / 2)} {}
 
     static unsigned first(mask found) { return lowest_bit(found); }
 
     template <class... characters>
     mask find(characters... wanted) const
     {
-        return bits((... | vector{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(wanted))}));
-    }
-
-    // Adds one to each byte of the counts where the character stands.
-    __m128i count(char character, __m128i counts) const
-    {
-        return _mm_sub_epi8(counts, _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(character)));
+        return mask_of([&](__m128i half) { return (... | vector{_mm_cmpeq_epi8(half, _mm_set1_epi8(wanted))}); });
     }
 
     // Bytes other than those from 0x20 to 0x7F, LF and TAB.
     mask find_not_plain() const
     {
-        const vector printable{_mm_cmpgt_epi8(m_bytes, _mm_set1_epi8(0x1F))};
-        const vector line_end{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('\n'))};
-        const vector tab{_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('\t'))};
-        return bits(printable | line_end | tab) ^ 0xFFFF;
+        return ~mask_of([](__m128i half) {
+            const vector printable{_mm_cmpgt_epi8(half, _mm_set1_epi8(0x1F))};
+            const vector line_end{_mm_cmpeq_epi8(half, _mm_set1_epi8('\n'))};
+            const vector tab{_mm_cmpeq_epi8(half, _mm_set1_epi8('\t'))};
+            return printable | line_end | tab;
+        }) & 0xFFFFFFFF;
+    }
+
+    unsigned count(char character) const
+    {
+        const __m128i wanted = _mm_set1_epi8(character);
+        const __m128i counts = _mm_add_epi8(_mm_cmpeq_epi8(m_halves[0], wanted), _mm_cmpeq_epi8(m_halves[1], wanted));
+        // A byte that is found counts as minus one.
+        const __m128i sums = _mm_sad_epu8(_mm_sub_epi8(_mm_setzero_si128(), counts), _mm_setzero_si128());
+        return static_cast<unsigned>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4));
     }
 
 private:
@@ -76,9 +78,21 @@ private:
         __m128i bytes;
         friend vector operator|(vector a, vector b) { return {_mm_or_si128(a.bytes, b.bytes)}; }
     };
-    static mask bits(vector found) { return static_cast<unsigned>(_mm_movemask_epi8(found.bytes)); }
 
-    __m128i m_bytes;
+    static __m128i load(const char* at)
+    {
+        return _mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(at)));
+    }
+
+    template <class function>
+    mask mask_of(function matches) const
+    {
+        const auto low = static_cast<unsigned>(_mm_movemask_epi8(matches(m_halves[0]).bytes));
+        const auto high = static_cast<unsigned>(_mm_movemask_epi8(matches(m_halves[1]).bytes));
+        return low | high << 16;
+    }
+
+    __m128i m_halves[2];
 };
 
 #else
@@ -103,6 +117,13 @@ public:
         return (... | zeros(m_bytes ^ ones * static_cast<unsigned char>(wanted)));
     }
 
+    unsigned count(char character) const
+    {
+        unsigned number = 0;
+        for (mask found = find(character); found != 0; found &= found - 1) ++number;
+        return number;
+    }
+
     mask find_not_plain() const
     {
         const mask small = zeros(m_bytes & (ones * 0xE0));
@@ -123,11 +144,9 @@ private:
 template <class... characters>
 const char* find_first(const char* at, characters... wanted)
 {
-    for (;; at += 2 * byte_block::size) {
+    for (;; at += byte_block::size) {
         const byte_block::mask found = byte_block(at).find(wanted..., '\0');
-        const byte_block::mask found2 = byte_block(at + byte_block::size).find(wanted..., '\0');
-        const auto both = found | found2 << 16;
-        if (both != 0) return at + byte_block::first(both);
+        if (found != 0) return at + byte_block::first(found);
     }
 }
 
@@ -152,17 +171,7 @@ inline const char* find_not_plain(const char* at, const char* end)
 inline std::size_t count_lines(const char* at, const char* end)
 {
     std::size_t lines = 0;
-#if defined(DATA_MAPPER4_SSE2)
-    // Each byte counts its own, up to what it can hold.
-    while (end - at >= byte_block::size) {
-        const char* const stop =
-            at + std::min<std::ptrdiff_t>(end - at, 255 * byte_block::size) / byte_block::size * byte_block::size;
-        __m128i counts = _mm_setzero_si128();
-        for (; at != stop; at += byte_block::size) counts = byte_block(at).count('\n', counts);
-        const __m128i sums = _mm_sad_epu8(counts, _mm_setzero_si128());
-        lines += static_cast<std::size_t>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4));
-    }
-#endif
+    for (; end - at >= byte_block::size; at += byte_block::size) lines += byte_block(at).count('\n');
     return lines + static_cast<std::size_t>(std::count(at, end, '\n'));
 }
 
