@@ -61,9 +61,9 @@ bool may_declare(byte_form form, std::string_view encoding)
         case byte_form::little_endian_pairs:
             return is("UTF-16") || is("UTF-16LE");
         case byte_form::big_endian_pairs:
-            return is("UTF-16") || is("UTF-16BE");
+            break;
     }
-    return false;
+    return is("UTF-16") || is("UTF-16BE");
 }
 
 std::string_view declared_encoding(std::string_view text)

@@ -52,35 +52,6 @@ TEST(Copies, AChangeShowsInTheOther)
     EXPECT_EQ(original.content() + "| " + copy.content(), "| a=1 ");
 }
 
-template <class kind>
-void expect_independent_copies()
-{
-    struct opened : kind
-    {
-        using kind::begin;
-        using kind::empty;
-        using kind::end;
-    };
-    opened table;
-    const auto parser = documents::parsed("<maps><item name='a'/></maps>");
-    parser->node_queue_pop();
-    table.load("t", *parser);
-    opened copy = table;
-    opened assigned;
-    assigned = copy;
-    copy.clear();
-    EXPECT_TRUE(copy.empty() && copy.id() == "t" && copy.begin() == copy.end());
-    EXPECT_TRUE(std::next(assigned.begin()) == assigned.end() && assigned.begin()->first == "a" && !table.empty());
-}
-
-TEST(Copies, AKindOfTableIsNotCopied)
-{
-    expect_independent_copies<map_t>();
-    expect_independent_copies<vector_map_t>();
-    expect_independent_copies<collection_map_t>();
-    expect_independent_copies<vector_collection_map_t>();
-}
-
 TEST(Copies, AnIteratorFromBeforeTheCopyReachesIt)
 {
     table original;

@@ -12,10 +12,13 @@ namespace {
 
 struct opened : map_collection
 {
+    using map_collection::collection_map;
     using map_collection::m_base_dir;
     using map_collection::m_error;
     using map_collection::m_file;
     using map_collection::simple_map;
+    using map_collection::vector_collection_map;
+    using map_collection::vector_map;
 };
 
 // Code and line | the maps with their kinds' values | the last file begun.
@@ -235,6 +238,9 @@ TEST(MapCollection, AQueryAnswersForAnotherKind)
     EXPECT_TRUE(maps.get_args_vector("vc", "l", sets) && sets.empty());
     const auto registry = maps.maps();
     EXPECT_TRUE(std::equal(registry.begin(), registry.end(), maps.begin(), maps.end()));
+    EXPECT_TRUE(map_t(maps.simple_map("m")).id() == "m" && vector_map_t(maps.vector_map("v")).id() == "v");
+    EXPECT_TRUE(collection_map_t(maps.collection_map("c")).id() == "c");
+    EXPECT_TRUE(vector_collection_map_t(maps.vector_collection_map("vc")).id() == "vc");
 #if !defined(NDEBUG)
     EXPECT_DEATH(maps.simple_map("v"), "");
 #endif

@@ -28,7 +28,9 @@ std::string rendered(const std::vector<value>& values)
 template <class table>
 struct opened : table
 {
+    using table::begin;
     using table::empty;
+    using table::end;
     using table::m_error;
     using table::m_items;
     std::string schema() const { return ""; }
@@ -110,6 +112,9 @@ void check_batches(const std::string& arg, const std::string& attribute)
             table in_batches;
             table one_by_one;
             EXPECT_EQ(load(in_batches, text + "<x/>"), load(one_by_one, text + "<x/>text")) << size << ' ' << fault;
+            one_by_one = in_batches;
+            in_batches.clear();
+            EXPECT_TRUE(in_batches.begin() == in_batches.end() && in_batches.empty() && !one_by_one.empty());
         }
     }
 }
@@ -131,7 +136,8 @@ TEST(Tables, ASimpleMapReadsOtherItems)
             {"no_error 4 | B= b= bb= Ä= | map", {"<item name='b'/><item name='B'/><item name='bb'/><item name='Ä'/>"}},
             {"invalid_format 1 | | end", {"<item name='a'/>$"}},
             {"duplicate_item 2 | a= | arg", {"<item name='a'/><item name='a'/><arg name='x'/>"}},
-            {"duplicate_item 3 | <= > = | arg", {"<item name='&lt;'/><item name='> '/><item name='&#60;'/><arg name='x'/>"}},
+            {"duplicate_item 3 | <= > = | arg",
+             {"<item name='&lt;'/><item name='> '/><item name='&#60;'/><arg name='x'/>"}},
             // one thing wrong with an item, or with an arg
             {"invalid_format 1 | | x",
              {"<item name=''/><x/>", "<item/><x/>", "<item Name='a'/><x/>", "<item name='a' id='1'/><x/>",
