@@ -56,6 +56,7 @@ data_mapper4::map_collection load(const std::wstring& name, data_mapper4::map_er
 constexpr std::size_t deep = 10000000;
 constexpr std::size_t many = 1000000;
 constexpr std::size_t huge = std::size_t{1} << 30;
+constexpr std::size_t chained = 3000;
 
 void nested()
 {
@@ -107,13 +108,13 @@ void maps()
 
 void chain()
 {
-    for (int i = 0; i < 1000; ++i) {
+    for (std::size_t i = 0; i < chained; ++i) {
         const std::string name = std::to_string(i);
         write(name, {{"<maps><map name='" + name + "'><item name='i'/></map><include file='" + std::to_string(i + 1) +
                           "'/></maps>",
                       1}});
     }
-    load(L"0", data_mapper4::map_error_t::no_error, 1000);
+    load(L"0", data_mapper4::map_error_t::no_error, chained);
 }
 
 void cycles()

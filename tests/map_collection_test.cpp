@@ -136,17 +136,6 @@ TEST(MapCollection, AnIncludeIsResolvedOrReportedWrongly)
         load);
 }
 
-// The tests run on a small stack (tests/CMakeLists.txt), so that this shows.
-TEST(MapCollection, ADeepChainOfIncludesExhaustsTheStack)
-{
-    const documents::folder folder;
-    const int depth = 3000;
-    for (int i = 0; i < depth; ++i) folder.write(std::to_string(i), file_of(include(std::to_string(i + 1))));
-    folder.write(std::to_string(depth), file_of(m));
-    opened maps;
-    EXPECT_EQ(rendered(maps, maps.load(folder.path("0")), folder), "no_error 1 | m:0 | 3000");
-}
-
 TEST(MapCollection, APathWithoutABackslashFindsOtherFiles)
 {
     const documents::folder folder;

@@ -7,6 +7,10 @@
 
 #include "documents.h"
 
+#if defined(__linux__)
+#include <sys/stat.h>
+#endif
+
 using documents::check;
 using documents::nodes;
 using documents::outcome;
@@ -212,6 +216,8 @@ TEST(XmlStreamParser, SomethingElseThanARegularFileIsOpened)
         EXPECT_EQ(nodes(parser) + parser.node_queue_front().tag + parser.node_queue_pop().tag, "");
     }
 #if defined(__linux__)
+    ASSERT_EQ(::mkfifo(folder.system_path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(opened(base + u"pipe"), xml_stream_parser::file_not_found);
     // A regular file whose reading fails.
     EXPECT_EQ(opened(u"/proc/self/mem"), xml_stream_parser::no_error);
     EXPECT_EQ(xml_stream_parser(u"/proc/self/mem", 0).parse(), xml_stream_parser::fatal_error);
