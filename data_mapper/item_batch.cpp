@@ -52,7 +52,8 @@ std::size_t sort_by_first_difference(const alike& run)
 }  // namespace
 
 // Keys of one map often begin alike in groups, so whole keys are never compared: what sorts alike by some bytes is
-// sorted again by those behind them. Equal keys have nothing behind.
+// sorted again by those behind them. Since no key holds a zero byte, keys that sort alike by eight bytes reach behind
+// them all together, or are equal.
 void sort_by_key(std::vector<gathered_item>& items)
 {
     std::vector<alike> runs = {{items.begin(), items.end(), 0}};
@@ -63,7 +64,7 @@ void sort_by_key(std::vector<gathered_item>& items)
         for (auto begin = run.begin; begin != run.end;) {
             const auto end =
                 std::find_if(begin, run.end, [&](const gathered_item& item) { return item.order != begin->order; });
-            if (end - begin > 1 && begin->key.size() > next) runs.push_back({begin, end, next});
+            if (end - begin > 1 && begin->key.size() >= next) runs.push_back({begin, end, next});
             begin = end;
         }
     }

@@ -52,7 +52,10 @@ public:
     }
 
     // Whether the item in front, and presumably those behind it, should be added in a batch.
-    bool is_worthwhile() const { return !m_known.empty() && m_queue.can_mark() && m_reader.can_repeat(); }
+    bool is_worthwhile() const
+    {
+        return !m_known.empty() && m_outcome.is_sound() && m_queue.can_mark() && m_reader.can_repeat();
+    }
 
     // Adds a batch, and gives 0; or adds nothing, and gives the number of items that must be added one by one instead.
     // If there is a failure, it must be thrown behind them.
@@ -62,7 +65,7 @@ public:
         const load_outcome outcome_before = m_outcome;
         m_gathered.clear();
         m_values.clear();
-        m_added = 0;
+        m_added.clear();
         try {
             gather();
             if (!m_gathered.empty() && add()) return 0;
@@ -94,7 +97,8 @@ private:
         m_values.reserve(smallest_batch / 8);
         while (m_gathered.size() + m_values.size() < most && is_item_waiting(m_queue)) {
             const xml_element& item = m_queue.front();
-            if (!is_sound_item(m_queue, group_reader::form) || !name_of(item).is_plain) break;
+            if (item.form != xml_element::kind::whole || !is_sound_item(m_queue, group_reader::form)) break;
+            if (!name_of(item).is_plain) break;
             const xml_element_queue::mark here = m_queue.front_mark();
             const std::string_view key = name_of(item).written;
             const std::size_t first_value = m_values.size();
@@ -117,15 +121,15 @@ private:
     bool add()
     {
         sort_by_key(m_gathered);
+        m_added.reserve(m_gathered.size());
         auto position = m_known.end();
         for (const gathered_item& item : m_gathered) {
             ustring8 key(item.key);
-            position = m_added == 0 ? m_known.lower_bound(key) : next_position(position, key);
-            const bool repeats = m_added != 0 && m_gathered[m_added - 1].key == item.key;
+            position = m_added.empty() ? m_known.lower_bound(key) : next_position(position, key);
+            const bool repeats = !m_added.empty() && m_added.back()->first == key;
             if (repeats || (position != m_known.end() && position->first == key)) return false;
             const xml_value* const values = m_values.data() + item.first_value;
-            m_known.emplace_hint(position, std::move(key), m_reader.make(values, item.values));
-            ++m_added;
+            m_added.push_back(m_known.emplace_hint(position, std::move(key), m_reader.make(values, item.values)));
         }
         return true;
     }
@@ -142,11 +146,7 @@ private:
 
     void take_back()
     {
-        auto position = m_known.begin();
-        for (std::size_t i = 0; i < m_added; ++i) {
-            while (position->first != m_gathered[i].key) ++position;
-            position = m_known.erase(position);
-        }
+        for (const auto added : m_added) m_known.erase(added);
     }
 
     group_reader& m_reader;
@@ -155,8 +155,8 @@ private:
     load_outcome& m_outcome;
     std::vector<gathered_item> m_gathered;
     std::vector<xml_value> m_values;
-    std::size_t m_added = 0;   // how many of those gathered, in their order, are in the table
-    std::size_t m_weight = 0;  // items and values of all batches
+    std::vector<typename items::iterator> m_added;  // of those gathered, by name
+    std::size_t m_weight = 0;                       // items and values of all batches
     std::exception_ptr m_failure;
 };
 

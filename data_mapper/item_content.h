@@ -81,7 +81,11 @@ public:
     void type(map_error_t::result_type type) { m_error.type(type); }
 
     // The line becomes that of the element.
-    void stand_at(const xml_element& element) { m_begin = element.begin; }
+    void stand_at(const xml_element& element)
+    {
+        m_begin = element.line == 0 ? element.begin : nullptr;
+        if (element.line != 0) m_error.line(element.line);
+    }
 
     // Code and line become those of the result.
     void set(const map_error_t& result)

@@ -26,8 +26,9 @@ inline unsigned lowest_bit(std::uint64_t bits)
 {
 #if defined(_MSC_VER)
     unsigned long index = 0;
-    _BitScanForward64(&index, bits);
-    return index;
+    if (_BitScanForward(&index, static_cast<unsigned long>(bits)) != 0) return index;
+    _BitScanForward(&index, static_cast<unsigned long>(bits >> 32));
+    return index + 32;
 #else
     return static_cast<unsigned>(__builtin_ctzll(bits));
 #endif

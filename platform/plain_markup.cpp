@@ -15,7 +15,9 @@ namespace {
 std::uint64_t first_bytes(std::string_view name)
 {
     std::uint64_t bytes = 0;
-    std::memcpy(&bytes, name.data(), sizeof bytes);
+    // The same number on any processor; one load for the compiler where the lowest byte comes first.
+    for (unsigned i = 0; i < sizeof bytes; ++i)
+        bytes |= std::uint64_t{static_cast<unsigned char>(name.data()[i])} << 8 * i;
     return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
 }
 

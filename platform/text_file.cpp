@@ -164,7 +164,7 @@ document_text text_file::read()
     // The calls of the system take no more.
     constexpr std::size_t most_in_a_call = std::size_t{1} << 30;
     // One more, so that a file of the size it claims ends without growing.
-    const auto claimed = static_cast<std::size_t>(std::max<std::int64_t>(m_file->size(), 0)) + 1;
+    const auto claimed = static_cast<std::size_t>(std::clamp<std::int64_t>(m_file->size(), 0, SIZE_MAX / 4)) + 1;
     text_buffer bytes(std::min(claimed, most_at_once));
     std::int64_t got = 0;
     do {

@@ -42,7 +42,8 @@ struct xml_element
     const char* begin = nullptr;  // where the tag's `<` stands
     std::string_view tag;
     std::vector<xml_attribute> attributes;
-    bool has_data = false;  // text other than white space
+    bool has_data = false;   // text other than white space
+    unsigned long line = 0;  // of a node that was handed out, and perhaps changed; 0: that of `begin`, not counted yet
 };
 
 }  // namespace NUVEK_2_18::parser

@@ -45,6 +45,7 @@ void xml_element_queue::look_at_node()
 {
     m_front.tag = m_node.tag;
     m_front.has_data = !m_node.data.empty();
+    m_front.line = m_node.line;
     m_front.attributes.clear();
     for (const auto& [name, value] : m_node.attributes) m_front.attributes.push_back({name, {value, true}});
 }

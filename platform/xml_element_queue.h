@@ -51,8 +51,8 @@ public:
     // The line at which the front element begins, or one that was in front since a line was last asked for.
     unsigned long line_of(const char* begin) { return m_reader.line_of(begin); }
 
-    // Whether the front element can be gone back to; and doing so. Only within a run of whole elements.
-    bool can_mark() const { return m_can_go_back && !m_is_node_made; }
+    // Whether the front element can be gone back to; and doing so.
+    bool can_mark() { return m_can_go_back && !m_is_node_made && front().form == xml_element::kind::whole; }
     mark front_mark() { return {m_reader.place_of(front()), m_waiting}; }
     void go_to(const mark& there);
 

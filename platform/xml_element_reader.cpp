@@ -56,6 +56,7 @@ void xml_element_reader::read(xml_element& element)
     element.begin = m_at;
     element.attributes.clear();
     element.has_data = false;
+    element.line = 0;
     if (m_at[1] == '/') {
         read_end(element);
     } else {

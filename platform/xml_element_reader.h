@@ -36,8 +36,8 @@ public:
     // How many elements are open around the element read last.
     std::size_t depth() const { return m_depth; }
 
-    // Where the element read last begins, and going back there: the next one read is that one again. Only for a text
-    // without mixed text.
+    // Where the element read last begins, which is a whole one, and going back there: the next one read is that one
+    // again. Only for a text without mixed text.
     place place_of(const xml_element& element) const { return {element.begin, m_depth}; }
     void go_to(place there);
 

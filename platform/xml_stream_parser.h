@@ -28,7 +28,7 @@
 // nothing recurses.
 //
 // Threads: a parser belongs to one thread at a time. Exceptions: none for any input; a shortage of memory surfaces as
-// std::bad_alloc or std::length_error, and ends the queue if it is met while a node is made.
+// std::bad_alloc or std::length_error; it may end the queue if it is met while a node is made.
 #pragma once
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "data_mapper/attrib_schema.h"
-#include "data_mapper/item_content.h"
+#include "data_mapper/item_batch.h"
 #include "data_mapper/map_collection.h"
 #include "documents.h"
 
@@ -138,6 +138,9 @@ TEST(Tables, ASimpleMapReadsOtherItems)
             {"duplicate_item 2 | a= | arg", {"<item name='a'/><item name='a'/><arg name='x'/>"}},
             {"duplicate_item 3 | <= > = | arg",
              {"<item name='&lt;'/><item name='> '/><item name='&#60;'/><arg name='x'/>"}},
+            {"duplicate_item 5 | abcdefgh= abcdefghi= b= z= | map",
+             {"<item name='z'/><item name='b'/><item name='abcdefgh'/><item name='abcdefghi'/><item "
+              "name='abcdefgh'/>"}},
             // one thing wrong with an item, or with an arg
             {"invalid_format 1 | | x",
              {"<item name=''/><x/>", "<item/><x/>", "<item Name='a'/><x/>", "<item name='a' id='1'/><x/>",
@@ -264,9 +267,21 @@ TEST(Tables, ANodeInFrontIsReadAnew)
     const auto parser = parsed("<maps>\n<item name='b'/><item name='d'/><item name='c'>x</item></maps>");
     parser->node_queue_pop();
     parser->node_queue_front().attributes.front().second = "e";
+    parser->node_queue_front().line = 7;
     opened<map_t> map;
     EXPECT_EQ(map.load("m", *parser).type(), map_error_t::invalid_format);
     EXPECT_TRUE(map.m_error.line() == 2 && map.m_items.read().size() == 2 && map.m_items.read().count("e") == 1);
+}
+
+TEST(Tables, ABatchIsNotSorted)
+{
+    std::vector<ustring8> keys;
+    for (std::size_t i = 0; i < 900; ++i)
+        keys.push_back(std::string(i % 40, i % 3 == 0 ? '\xC3' : 'z') + std::to_string(i * 7919 % 251));
+    std::vector<gathered_item> items;
+    for (const ustring8& key : keys) items.push_back({key, 0, 0, 0});
+    sort_by_key(items);
+    EXPECT_TRUE(std::is_sorted(items.begin(), items.end(), [](auto& a, auto& b) { return a.key < b.key; }));
 }
 
 TEST(Tables, ABatchAddsOtherItems)
