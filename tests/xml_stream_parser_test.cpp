@@ -7,10 +7,6 @@
 
 #include "documents.h"
 
-#if defined(__linux__)
-#include <sys/stat.h>
-#endif
-
 using documents::check;
 using documents::nodes;
 using documents::outcome;
