@@ -14,10 +14,10 @@ namespace {
 // The first eight bytes of a name, or all of it and zeros. It stands in a text, so that there are eight to read.
 std::uint64_t first_bytes(std::string_view name)
 {
+    const char* const begin = name.data();
     std::uint64_t bytes = 0;
     // The same number on any processor; one load for the compiler where the lowest byte comes first.
-    for (unsigned i = 0; i < sizeof bytes; ++i)
-        bytes |= std::uint64_t{static_cast<unsigned char>(name.data()[i])} << 8 * i;
+    for (unsigned i = 0; i < sizeof bytes; ++i) bytes |= std::uint64_t{static_cast<unsigned char>(begin[i])} << 8 * i;
     return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
 }
 
