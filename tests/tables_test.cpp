@@ -100,18 +100,20 @@ void check_batches(const std::string& arg, const std::string& attribute)
                                              "<arg/><item name='v'/>",
                                              "<item name='&lt;'/>",
                                              "<arg name='' x='1'/><item name='w'/>"};
-    for (const std::size_t size : {3u, 40u, 900u, 5000u}) {
-        for (const std::string& fault : faults) {
+    for (const std::size_t size : {3u, 40u, 400u, 5000u}) {
+        // The largest is for several batches behind each other, in which a fault is no other.
+        const std::size_t tried = size < 1000 ? faults.size() : 2;
+        for (std::size_t f = 0; f < tried; ++f) {
             std::string text = "<item name='again'" + attribute + "/>" + arg;
             const std::size_t place = random() % size;
             for (std::size_t i = 0; i < size; ++i) {
                 text += "<item name='" + name_of(i) + "'" + (i % 5 == 0 ? "" : attribute) + "/>";
                 for (std::size_t args = random() % 3; args > 0; --args) text += arg;
-                if (i == place) text += fault;
+                if (i == place) text += faults[f];
             }
             table in_batches;
             table one_by_one;
-            EXPECT_EQ(load(in_batches, text + "<x/>"), load(one_by_one, text + "<x/>text")) << size << ' ' << fault;
+            EXPECT_EQ(load(in_batches, text + "<x/>"), load(one_by_one, text + "<x/>text")) << size << ' ' << faults[f];
             one_by_one = in_batches;
             in_batches.clear();
             EXPECT_TRUE(in_batches.begin() == in_batches.end() && in_batches.empty() && !one_by_one.empty());
