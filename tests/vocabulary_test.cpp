@@ -19,7 +19,7 @@ TEST(Vocabulary, ATextMovesToAnotherCode)
 {
     map_collection maps;
     std::string texts;
-    for (int code = -1; code <= 8; ++code) {
+    for (int code = -1; code <= map_error_t::memory_error + 1; ++code) {
         map_error_t error;
         error.line(42);
         error.type(static_cast<map_error_t::result_type>(code));
@@ -30,7 +30,7 @@ TEST(Vocabulary, ATextMovesToAnotherCode)
               "unknown_map_error no_error file_not_found invalid_format collection_error duplicate_item "
               "duplicate_attrib duplicate_map memory_error unknown_map_error ");
     texts.clear();
-    for (int code = -1; code <= 5; ++code) {
+    for (int code = -1; code <= MT_UNKNOWN + 1; ++code) {
         const auto type = static_cast<map_type>(code);
         EXPECT_EQ(map_type_label(type), code < 0 || code > 4 ? "<Unknown>" : maps.map_type_as_string(type));
         texts += maps.map_type_as_string(type) + ' ';
