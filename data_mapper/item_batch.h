@@ -95,26 +95,32 @@ private:
         const std::size_t most = std::max(smallest_batch, m_weight / part_of_table);
         m_gathered.reserve(smallest_batch / 16);
         m_values.reserve(smallest_batch / 8);
-        while (m_gathered.size() + m_values.size() < most && is_item_waiting(m_queue)) {
-            const xml_element& item = m_queue.front();
-            if (item.form != xml_element::kind::whole || !is_sound_item(m_queue, group_reader::form)) break;
-            if (!name_of(item).is_plain) break;
-            const xml_element_queue::mark here = m_queue.front_mark();
-            const std::string_view key = name_of(item).written;
-            const std::size_t first_value = m_values.size();
-            load_outcome outcome = m_outcome;
-            outcome.stand_at(item);
-            const bool is_plain = m_reader.take(m_queue, m_values, outcome) == group::add && outcome.is_sound();
-            if (!is_plain || m_values.size() > std::numeric_limits<std::uint32_t>::max()) {
-                m_queue.go_to(here);
-                m_values.resize(first_value);
-                break;
-            }
-            m_outcome = outcome;
-            m_gathered.push_back({key, 0, static_cast<std::uint32_t>(first_value),
-                                  static_cast<std::uint32_t>(m_values.size() - first_value)});
+        while (m_gathered.size() + m_values.size() < most && is_item_waiting(m_queue) && gather_item()) {
         }
         m_weight += m_gathered.size() + m_values.size();
+    }
+
+    // False when the item in front is not as plain as can be; it is then left there.
+    bool gather_item()
+    {
+        const xml_element& item = m_queue.front();
+        if (item.form != xml_element::kind::whole || !is_sound_item(m_queue, group_reader::form)) return false;
+        if (!name_of(item).is_plain) return false;
+        const xml_element_queue::mark here = m_queue.front_mark();
+        const std::string_view key = name_of(item).written;
+        const std::size_t first_value = m_values.size();
+        load_outcome outcome = m_outcome;
+        outcome.stand_at(item);
+        const bool is_plain = m_reader.take(m_queue, m_values, outcome) == group::add && outcome.is_sound();
+        if (!is_plain || m_values.size() > std::numeric_limits<std::uint32_t>::max()) {
+            m_queue.go_to(here);
+            m_values.resize(first_value);
+            return false;
+        }
+        m_outcome = outcome;
+        m_gathered.push_back({key, 0, static_cast<std::uint32_t>(first_value),
+                              static_cast<std::uint32_t>(m_values.size() - first_value)});
+        return true;
     }
 
     // False when a key is there already.

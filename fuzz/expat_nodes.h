@@ -85,8 +85,8 @@ private:
             me.m_reading.nodes[me.m_open.back().node].status = xml_stream_parser::incomplete;
         }
         xml_stream_parser::node& node = me.add(tag);
-        const int specified = XML_GetSpecifiedAttributeCount(me.m_parser.get());
-        for (int i = 0; i < specified; i += 2) node.attributes.emplace_back(attributes[i], attributes[i + 1]);
+        const int given = XML_GetSpecifiedAttributeCount(me.m_parser.get());
+        for (int i = 0; i < given; i += 2) node.attributes.emplace_back(attributes[i], attributes[i + 1]);
         me.m_open.push_back({me.m_reading.nodes.size() - 1, false, {}});
     }
 

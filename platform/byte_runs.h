@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+#include <string_view>
 
 #include "platform/xml_characters.h"
 
@@ -140,6 +140,11 @@ private:
 };
 
 #endif
+
+inline std::string_view view(const char* begin, const char* end)
+{
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
 
 // The first of the wanted characters, or the zero byte.
 template <class... characters>

@@ -21,11 +21,6 @@ std::uint64_t first_bytes(std::string_view name)
     return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
 }
 
-std::string_view view(const char* begin, const char* end)
-{
-    return {begin, static_cast<std::size_t>(end - begin)};
-}
-
 // Behind the reference at `at`, which is a `&`, if it is one to a predefined entity.
 const char* skip_plain_reference(const char* at)
 {

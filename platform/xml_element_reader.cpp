@@ -10,11 +10,6 @@ namespace NUVEK_2_18::parser {
 
 namespace {
 
-std::string_view view(const char* begin, const char* end)
-{
-    return {begin, static_cast<std::size_t>(end - begin)};
-}
-
 // A name of checked text ends at the first ASCII character that no name holds.
 const char* skip_name(const char* at)
 {
@@ -24,13 +19,6 @@ const char* skip_name(const char* at)
 }
 
 }  // namespace
-
-strings::ustring8 xml_value::resolved() const
-{
-    strings::ustring8 text;
-    append_value(written, text);
-    return text;
-}
 
 xml_element_reader::xml_element_reader(std::string_view sound_text, bool has_mixed_text)
     : m_at(sound_text.data()),
