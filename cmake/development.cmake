@@ -19,9 +19,6 @@ else()
 endif()
 target_link_libraries(data_mapper4_objects PRIVATE $<BUILD_INTERFACE:data_mapper4_warnings>)
 
-add_library(data_mapper4_diagnostics OBJECT data_mapper/diagnostics/text_dumps.cpp)
-target_link_libraries(data_mapper4_diagnostics PUBLIC data_mapper4_objects PRIVATE data_mapper4_warnings)
-
 add_subdirectory(examples)
 
 if(DATA_MAPPER4_TESTS)

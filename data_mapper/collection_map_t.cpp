@@ -7,46 +7,6 @@
 
 namespace data_mapper4 {
 
-namespace {
-
-// group = item      whose attributes are a row; the first one's names are the schema
-//
-// The results of the schema functions are kept whole, their line 0 included: a fault that they find, and a load that
-// added an item, report line 0 and not the item's, unlike the other kinds of map.
-class row_reader
-{
-public:
-    using items = std::map<ustring8, std::vector<ustring8>>;
-    static constexpr element_form form = element_form::name_and_attributes;
-    static constexpr bool ends_at_line = false;
-
-    explicit row_reader(attrib_schema& schema) : m_schema(schema) {}
-
-    bool can_repeat() const { return m_is_schema_read; }
-
-    group take(xml_element_queue& queue, std::vector<xml_value>& values, load_outcome& outcome)
-    {
-        const xml_element& item = queue.front();
-        map_error_t result;
-        if (!m_is_schema_read) result = read_attrib_names(item, m_schema, false);
-        if (result.type() == map_error_t::no_error) {
-            m_is_schema_read = true;
-            result = read_attrib_values(item, m_schema, values);
-        }
-        queue.pop();
-        outcome.set(result);
-        return outcome.is_sound() ? group::add : group::end;
-    }
-
-    static std::vector<ustring8> make(const xml_value* values, std::size_t size) { return texts_of(values, size); }
-
-private:
-    attrib_schema& m_schema;
-    bool m_is_schema_read = false;
-};
-
-}  // namespace
-
 collection_map_t::collection_map_t() = default;
 collection_map_t::collection_map_t(const collection_map_t& other) = default;
 collection_map_t::~collection_map_t() = default;
@@ -54,7 +14,9 @@ collection_map_t& collection_map_t::operator=(const collection_map_t& other) = d
 
 map_error_t collection_map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
-    return load_table(row_reader(m_attrib_names), map_name, parser, m_id, m_error, m_items);
+    m_id = map_name;
+    item_reader reader(MT_COLLECTION, parser, m_attrib_names, m_error);
+    return load_items(reader, m_items, texts_of);
 }
 
 void collection_map_t::clear()

@@ -1,93 +1,78 @@
-// Internal: the walk over a map's items that the four kinds of map share.
+// Internal: adds the items of a map to a table, a batch at a time.
 //
-// A kind of map brings a group reader: what belongs to one item, read off the queue.
-//
-//     using items                      the container that the table holds
-//     static constexpr form            what an item may carry
-//     static constexpr ends_at_line    whether the element that ends the content gives the line
-//     bool can_repeat() const          whether a group that is read again comes to the same
-//     group take(queue, values, outcome)
-//                                      takes the item in front, whose form and name are sound, and what belongs to it;
-//                                      appends the values
-//     mapped_type make(values, size)   what the values of a group stand for
+// An item that is added alone is searched for from the root of the table, through memory that no cache holds any more.
+// Added in the order of their names, a batch's items are next to each other in the table and in memory. The shuffled
+// rows of the `load` benchmark justify it.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "data_mapper/item_batch.h"
-#include "data_mapper/item_content.h"
+#include "data_mapper/copy_on_write.h"
+#include "data_mapper/item_reader.h"
 
 namespace data_mapper4 {
 
-// Whether the item in front belongs behind all that are known, as each one does where a file is in order.
+// Where the key belongs in the table: the first item that is not less. It is not before the hint.
 template <class items>
-bool is_behind_all(const items& known, const xml_element& item)
+typename items::iterator place_of(items& known, typename items::iterator hint, std::string_view key)
 {
-    if (!has_form(item, element_form::name_and_attributes) || !name_of(item).is_plain) return false;
-    return known.empty() || std::string_view(known.rbegin()->first) < name_of(item).written;
-}
-
-// Takes and adds the item in front. False: the load ends; the outcome has the code.
-template <class group_reader>
-bool load_item(group_reader& reader, xml_element_queue& queue, typename group_reader::items& known, bool is_behind,
-               std::vector<xml_value>& values, load_outcome& outcome)
-{
-    outcome.stand_at(queue.front());
-    const auto refuse = [&](map_error_t::result_type code) {
-        outcome.type(code);
-        queue.pop();
-        return false;
-    };
-    if (!is_sound_item(queue, group_reader::form)) return refuse(map_error_t::invalid_format);
-    ustring8 name = name_of(queue.front()).text();
-    const auto position = is_behind ? known.end() : known.lower_bound(name);
-    if (position != known.end() && position->first == name) return refuse(map_error_t::duplicate_item);
-    values.clear();
-    const group taken = reader.take(queue, values, outcome);
-    if (taken != group::add) return taken == group::drop;
-    const std::size_t size = known.size();
-    known.emplace_hint(position, std::move(name), reader.make(values.data(), values.size()));
-    if (known.size() == size) outcome.type(map_error_t::memory_error);
-    return known.size() != size;
-}
-
-// Takes and adds items until the content ends or a fault does.
-template <class group_reader, class shared_items>
-void load_items(group_reader& reader, xml_element_queue& queue, shared_items& table, load_outcome& outcome)
-{
-    if (group_reader::ends_at_line && !queue.empty()) outcome.stand_at(queue.front());
-    if (!is_item_waiting(queue)) return;
-    auto& known = table.write();
-    item_batch<group_reader> batch(reader, queue, known, outcome);
-    std::vector<xml_value> values;
-    std::size_t one_by_one = 0;  // items that must be added in their own order
-    while (is_item_waiting(queue)) {
-        const bool is_behind = is_behind_all(known, queue.front());
-        if (!is_behind && one_by_one == 0 && batch.is_worthwhile()) {
-            one_by_one = batch.load();
-            if (one_by_one == 0) batch.throw_failure();
-        } else {
-            if (!load_item(reader, queue, known, is_behind, values, outcome)) return;
-            if (one_by_one != 0 && --one_by_one == 0) batch.throw_failure();
-        }
-        if (group_reader::ends_at_line && !queue.empty()) outcome.stand_at(queue.front());
+    // In a table a few times as large as the batch it is a few steps away.
+    constexpr int few_steps = 5;
+    for (int step = 0; step < few_steps; ++step, ++hint) {
+        if (hint == known.end() || std::string_view(hint->first) >= key) return hint;
     }
+    return known.lower_bound(ustring8(key));
 }
 
-// The load of a table of any kind, given the table's members.
-template <class group_reader, class shared_items>
-map_error_t load_table(group_reader reader, const ustring8& map_name, xml_stream_parser& parser, ustring8& id,
-                       map_error_t& error, shared_items& table)
+// The places of a batch's items in the table, in the order of their keys. `end` becomes the first item of the document
+// whose key is not new: it is in the table, or an earlier item of the batch has it. Without one it is the batch's end.
+template <class items>
+std::vector<typename items::iterator> places_of(const item_batch& batch, items& known, std::size_t& end)
 {
-    id = map_name;
-    error.type(map_error_t::no_error);
-    xml_element_queue& queue = xml_element_queue::of(parser);
-    load_outcome outcome(error);
-    load_items(reader, queue, table, outcome);
-    error = outcome.in_lines_of(queue);
-    return error;
+    std::vector<typename items::iterator> places;
+    places.reserve(batch.items.size());
+    end = batch.items.size();
+    const gathered_item* last_kept = nullptr;
+    auto place = known.lower_bound(ustring8(batch.items[batch.sorted.front().item].key));
+    for (const item_batch::by_key& each : batch.sorted) {
+        const gathered_item& item = batch.items[each.item];
+        place = place_of(known, place, item.key);
+        places.push_back(place);
+        const bool is_known =
+            (place != known.end() && place->first == item.key) || (last_kept != nullptr && last_kept->key == item.key);
+        if (is_known && each.item < end) end = each.item;
+        if (item.is_kept) last_kept = &item;
+    }
+    return places;
+}
+
+// Adds the items that the reader reads to the table, up to the first fault. make(values, size) is what a table holds
+// for an item's values. Gives the load's result.
+template <class items, class maker>
+map_error_t load_items(item_reader& reader, copy_on_write<items>& table, maker make)
+{
+    while (reader.gather()) {
+        const item_batch& batch = reader.batch();
+        items& known = table.write();
+        std::size_t end = 0;
+        const auto places = places_of(batch, known, end);
+        if (end != batch.items.size()) reader.end_at_duplicate(batch.items[end]);
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            const std::size_t number = batch.sorted[i].item;
+            const gathered_item& item = batch.items[number];
+            if (number >= end || !item.is_kept) continue;
+            const std::size_t size = known.size();
+            known.emplace_hint(places[i], ustring8(item.key),
+                               make(batch.values.data() + item.first_value, batch.value_count(number)));
+            if (known.size() != size) continue;
+            reader.end(map_error_t::memory_error);
+            return reader.result();
+        }
+    }
+    return reader.result();
 }
 
 }  // namespace data_mapper4

@@ -94,6 +94,13 @@ public:
     std::map<ustring8, map_type>::iterator begin();
     std::map<ustring8, map_type>::iterator end();
 
+    // The names of the map's items, in the order of ustring8; none if the map is not loaded. Cost: a copy of them all.
+    std::vector<ustring8> items(const ustring8& map_name);
+
+    // The attribute names of a collection map or a vector collection map, in the order of its first item or arg; none if
+    // the map is of another kind or not loaded. Cost: a copy of them all.
+    std::vector<ustring8> keys(const ustring8& map_name);
+
     // True when the map is loaded and has the item, whatever its kind. Cost: logarithmic in the number of maps and of
     // items, and a copy of the map's id and attribute names.
     bool has_item(const ustring8& map_name, const ustring8& item_name);
@@ -156,7 +163,7 @@ protected:
     std::map<ustring8, vector_collection_map_t> m_vector_collection_maps;
 
 private:
-    struct map_kind;
+    struct stores;
     class file_loader;
 };
 

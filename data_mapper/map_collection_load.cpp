@@ -1,10 +1,12 @@
 #include "data_mapper/map_collection.h"
 
+#include <algorithm>
 #include <list>
 #include <set>
 #include <tuple>
 
 #include "data_mapper/map_kind.h"
+#include "data_mapper/map_stores.h"
 
 namespace data_mapper4 {
 
@@ -12,15 +14,13 @@ namespace {
 
 using node = xml_stream_parser::node;
 
+// In wide characters. No system takes a longer path.
+constexpr std::size_t longest_path = 32767;
+
 // The units of the path up to its first zero, one for each wide character.
 NUVEK_2_18::strings::ustring16 parser_path(const std::wstring& path)
 {
-    NUVEK_2_18::strings::ustring16 units;
-    for (const wchar_t character : path) {
-        if (character == 0) break;
-        units.push_back(static_cast<char16_t>(character));
-    }
-    return units;
+    return {path.begin(), std::find(path.begin(), path.end(), L'\0')};
 }
 
 std::wstring wide(const ustring8& text)
@@ -31,7 +31,7 @@ std::wstring wide(const ustring8& text)
 
 }  // namespace
 
-// Reads one file and all that it includes, following
+// Reads one file and all that it includes:
 //
 //     file     = root (map | map-end | include)* root-end
 //     root     = the first node: <maps> without attributes
@@ -41,8 +41,8 @@ std::wstring wide(const ustring8& text)
 //     include  = a node <include file="PATH">
 //     root-end = any further node <maps>; it has no attributes, and the document is complete
 //
-// The files being read, each waiting for the one that it includes, are a list and not nested calls: how deep includes
-// go is the input's choice, and must not be what the host's stack is measured by.
+// The files being read, each waiting for the one that it includes, are a list and not nested calls: the input chooses how
+// deep includes go, and must not exhaust the host's stack.
 class map_collection::file_loader
 {
 public:
@@ -50,18 +50,31 @@ public:
 
     void load(const std::wstring& path)
     {
-        open(path);
+        open(std::wstring(), path);
         while (!m_chain.empty()) {
             xml_stream_parser& parser = m_chain.back().parser;
             const bool goes_on = !parser.node_queue_empty() && take(parser.node_queue_pop(), parser);
-            // An include has put its file behind this one, which then goes on when that one is done.
+            // An include has added its file to the chain; this file goes on when that one is done.
             if (!goes_on) close();
         }
     }
 
 private:
-    // A file at the moment it is entered: its path, the base directory and the number of maps loaded.
-    using entry = std::tuple<std::wstring, std::wstring, std::size_t>;
+    // What a file was entered with: its path, without the base directory if that is a prefix of it, and all else that
+    // the files it includes depend on.
+    struct entry
+    {
+        std::size_t loaded_maps;
+        std::size_t base_size;
+        bool is_below_base;
+        std::wstring path;
+
+        bool operator<(const entry& other) const
+        {
+            return std::tie(loaded_maps, base_size, is_below_base, path) <
+                   std::tie(other.loaded_maps, other.base_size, other.is_below_base, other.path);
+        }
+    };
 
     struct open_file
     {
@@ -77,15 +90,23 @@ private:
         return false;
     }
 
-    // Puts a file at the end of the chain, its root taken. Otherwise the result tells why it is not there.
-    void open(const std::wstring& path)
+    // Puts a file at the end of the chain, its root taken. Otherwise the result tells why it is not there. Its path is
+    // the base directory followed by the rest. A hostile file may name a huge base directory and then many includes, so
+    // what is too long to be a path is neither joined nor converted.
+    void open(const std::wstring& base_dir, const std::wstring& rest)
     {
-        m_maps.m_file = path;
-        find_base_dir();
-        const auto entered = m_entered.emplace(m_maps.m_file, m_maps.m_base_dir, m_maps.m_maps.size());
+        const bool is_cut = base_dir.size() + rest.size() > longest_path;
+        m_maps.m_file.assign(base_dir, 0, longest_path);
+        m_maps.m_file.append(rest, 0, longest_path - m_maps.m_file.size());
+        if (m_maps.m_base_dir.empty()) m_maps.m_base_dir = rest.substr(0, rest.rfind(L'\\') + 1);
+        m_maps.m_error = map_error_t();
+        if (is_cut && m_maps.m_file.find(L'\0') == std::wstring::npos) {
+            end(map_error_t::file_not_found);
+            return;
+        }
+        const auto entered = m_entered.insert(entry_of(m_maps.m_file));
         if (!entered.second) {
             // The same file, with nothing loaded since it was entered: it could only repeat itself for ever.
-            m_maps.m_error = map_error_t();
             end(map_error_t::invalid_format);
             return;
         }
@@ -94,16 +115,17 @@ private:
         if (!parse(m_chain.back().parser)) close();
     }
 
+    entry entry_of(const std::wstring& path) const
+    {
+        const std::wstring& base_dir = m_maps.m_base_dir;
+        const bool is_below_base = path.compare(0, base_dir.size(), base_dir) == 0;
+        return {m_maps.m_maps.size(), base_dir.size(), is_below_base, path.substr(is_below_base ? base_dir.size() : 0)};
+    }
+
     void close()
     {
         m_entered.erase(m_chain.back().entered);
         m_chain.pop_back();
-    }
-
-    void find_base_dir()
-    {
-        if (!m_maps.m_base_dir.empty()) return;
-        m_maps.m_base_dir = m_maps.m_file.substr(0, m_maps.m_file.rfind(L'\\') + 1);
     }
 
     bool parse(xml_stream_parser& parser)
@@ -135,16 +157,16 @@ private:
 
     bool take_map_end(const node& element)
     {
-        const bool is_sound = element.status == xml_stream_parser::no_error && map_kind::of_tag(element.tag) != nullptr;
+        const bool is_sound = element.status == xml_stream_parser::no_error && find_kind(element.tag) != nullptr;
         return is_sound || end(map_error_t::invalid_format);
     }
 
-    // What the included file comes to is not looked at: it may be missing or faulty, and this file goes on.
+    // The result of the included file is ignored: it may be missing or faulty, and this file goes on.
     bool take_include(const node& element)
     {
         const auto& attribute = element.attributes.front();
         if (attribute.first != "file") return end(map_error_t::invalid_format);
-        open(m_maps.m_base_dir + wide(attribute.second));
+        open(m_maps.m_base_dir, wide(attribute.second));
         return true;
     }
 
@@ -156,15 +178,33 @@ private:
         const ustring8& map_name = attribute.second;
         if (attribute.first != "name" || map_name.empty()) return end(map_error_t::invalid_format);
         if (m_maps.is_loaded(map_name)) return end(map_error_t::duplicate_map);
-        const map_kind* const kind = map_kind::of_tag(element.tag);
+        const map_kind* const kind = find_kind(element.tag);
         if (kind == nullptr) return end(map_error_t::invalid_format);
         if (element.status != xml_stream_parser::incomplete) return true;
-        return kind->load(m_maps, map_name, parser);
+        return stores::visit(m_maps, kind->type,
+                             [&](auto& store) { return load_table(store, kind->type, map_name, parser); });
+    }
+
+    // Loads a table and, if that succeeds, registers and stores it under the name, which is new.
+    template <class table>
+    bool load_table(std::map<ustring8, table>& store, map_type type, const ustring8& map_name,
+                    xml_stream_parser& parser)
+    {
+        table loaded;
+        m_maps.m_error = loaded.load(map_name, parser);
+        if (m_maps.m_error.type() != map_error_t::no_error) return false;
+        // The store's entry is made before the registry's and moved in after it: if memory runs out in between, the
+        // registry still names only what is stored.
+        std::map<ustring8, table> stored;
+        stored.emplace(map_name, loaded);
+        const bool is_registered = m_maps.m_maps.emplace(map_name, type).second;
+        if (is_registered) store.merge(stored);
+        return (is_registered && stored.empty()) || end(map_error_t::memory_error);
     }
 
     map_collection& m_maps;
     std::list<open_file> m_chain;  // the files being read, each included by the one before it
-    std::set<entry> m_entered;     // what they were entered with
+    std::set<entry> m_entered;     // one for each of them
 };
 
 map_error_t map_collection::load(const std::wstring& path)

@@ -1,14 +1,15 @@
 #include "data_mapper/map_collection.h"
 
+#include <algorithm>
 #include <cassert>
 
-#include "data_mapper/map_kind.h"
+#include "data_mapper/map_stores.h"
 
 namespace data_mapper4 {
 
 namespace {
 
-// The table, or nullptr. An assignment that ran out of memory may leave a name in the registry whose table is missing.
+// The table, or nullptr.
 template <class table>
 const table* find_in(const std::map<ustring8, table>& store, const ustring8& map_name)
 {
@@ -52,16 +53,40 @@ std::map<ustring8, map_type>::iterator map_collection::end()
     return m_maps.end();
 }
 
+std::vector<ustring8> map_collection::items(const ustring8& map_name)
+{
+    std::vector<ustring8> names;
+    stores::visit_table(*this, map_name, [&](const auto& map) {
+        for (const auto& item : map.m_items.read()) names.push_back(item.first);
+        return true;
+    });
+    return names;
+}
+
+std::vector<ustring8> map_collection::keys(const ustring8& map_name)
+{
+    return stores::visit_table(*this, map_name, [](const auto& map) {
+        const std::vector<ustring8>* const names = stores::names_of(map);
+        return names == nullptr ? std::vector<ustring8>() : *names;
+    });
+}
+
+// Answered from a copy of the table, which shares its items.
 bool map_collection::has_item(const ustring8& map_name, const ustring8& item_name)
 {
-    const map_kind* const kind = map_kind::of_type(type(map_name));
-    return kind != nullptr && kind->has_item(*this, map_name, item_name);
+    return stores::visit_table(*this, map_name, [&](const auto& map) {
+        auto copy = map;
+        return !copy.empty() && copy.has_item(item_name);
+    });
 }
 
 bool map_collection::has_key(const ustring8& map_name, const ustring8& key)
 {
-    const map_kind* const kind = map_kind::of_type(type(map_name));
-    return kind != nullptr && kind->has_key(*this, map_name, key);
+    return stores::visit_table(*this, map_name, [&](const auto& map) {
+        auto copy = map;
+        const std::vector<ustring8>* const names = stores::names_of(copy);
+        return names != nullptr && !copy.empty() && std::find(names->begin(), names->end(), key) != names->end();
+    });
 }
 
 bool map_collection::get_arg(const ustring8& map_name, const ustring8& item_name, ustring8& value)

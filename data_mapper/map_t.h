@@ -1,4 +1,4 @@
-// map_t: the simple map, one text for each item name; and shared_items, in which every kind of map holds its items.
+// map_t: the simple map, one text for each item name.
 //
 // A host meets a map_t through map_collection (map_collection.h), which loads and asks it. Used on its own, by way of a
 // derived class that reaches the protected lookups:
@@ -25,83 +25,15 @@
 // member in the order of declaration, the members before it are the other table's, and those behind it as they were.
 #pragma once
 
-#include <atomic>
-#include <cstddef>
 #include <map>
-#include <utility>
 
+#include "data_mapper/copy_on_write.h"
 #include "data_mapper/map_error_t.h"
 #include "platform/xml_stream_parser.h"
 
 namespace data_mapper4 {
 
 using NUVEK_2_18::parser::xml_stream_parser;
-
-// Holds one container that copies of the holder share until one of them changes it. Never empty-handed: a new holder
-// holds an empty container.
-template <class container>
-class shared_items
-{
-public:
-    shared_items() : m_shared(new shared) {}
-    shared_items(const shared_items& other)
-        : m_shared(other.m_shared->is_exposed ? new shared(other.read()) : other.m_shared)
-    {
-        if (m_shared == other.m_shared) m_shared->holders.fetch_add(1, std::memory_order_relaxed);
-    }
-    shared_items& operator=(const shared_items& other)
-    {
-        if (this != &other) take(shared_items(other));
-        return *this;
-    }
-    ~shared_items()
-    {
-        if (m_shared->holders.fetch_sub(1, std::memory_order_acq_rel) == 1) delete m_shared;
-    }
-
-    // The container, to look at. Valid until this holder changes.
-    const container& read() const { return m_shared->items; }
-
-    // The container, to change: the holder's own until it is copied. Reading the count acquires what former holders did
-    // before they let go of the container.
-    container& write()
-    {
-        if (m_shared->holders.load(std::memory_order_acquire) != 1) take(shared_items(read()));
-        return m_shared->items;
-    }
-
-    void clear()
-    {
-        if (m_shared->holders.load(std::memory_order_acquire) == 1) {
-            m_shared->items.clear();
-        } else {
-            take(shared_items());
-        }
-    }
-
-    // The container, to hand out iterators that can change it at any time: never shared from here on.
-    container& expose()
-    {
-        container& items = write();
-        m_shared->is_exposed = true;
-        return items;
-    }
-
-private:
-    struct shared
-    {
-        shared() = default;
-        explicit shared(const container& from) : items(from) {}
-        std::atomic<std::size_t> holders{1};
-        bool is_exposed = false;  // changes only while there is one holder
-        container items;
-    };
-
-    explicit shared_items(const container& from) : m_shared(new shared(from)) {}
-    void take(shared_items&& other) { std::swap(m_shared, other.m_shared); }
-
-    shared* m_shared;
-};
 
 class DATA_MAPPER4_API map_t
 {
@@ -151,7 +83,7 @@ protected:
 
     map_error_t m_error;  // the outcome of the last load
     ustring8 m_id;
-    shared_items<items> m_items;
+    copy_on_write<items> m_items;
 };
 
 }  // namespace data_mapper4

@@ -7,63 +7,14 @@ namespace data_mapper4 {
 
 namespace {
 
-// group = item arg*      arg = <arg name="SET" .../>, SET not empty: its attributes are a row
-//
-// The first arg that is sound also gives the schema. The results of the schema functions are kept whole, so a sound arg
-// sets the outcome back to no_error and line 0.
-class rows_reader
+// Every row of one load has the width of the schema, which has one name at least once there is a row.
+std::vector<std::vector<ustring8>> rows_of(const xml_value* values, std::size_t size, std::size_t width)
 {
-public:
-    using items = std::map<ustring8, std::vector<std::vector<ustring8>>>;
-    static constexpr element_form form = element_form::name_only;
-    static constexpr bool ends_at_line = true;
-
-    explicit rows_reader(attrib_schema& schema) : m_schema(schema) {}
-
-    bool can_repeat() const { return m_is_schema_read; }
-
-    // A faulty arg drops its item and leaves its code; the load goes on, and the next sound arg clears the code.
-    group take(xml_element_queue& queue, std::vector<xml_value>& values, load_outcome& outcome)
-    {
-        queue.pop();
-        bool is_sound = true;
-        while (is_sound && is_arg_waiting(queue)) {
-            is_sound = take_row(queue.front(), values, outcome);
-            queue.pop();
-        }
-        return outcome.is_sound() ? group::add : group::drop;
-    }
-
-    // Rows are as long as the schema, which has a name at least.
-    std::vector<std::vector<ustring8>> make(const xml_value* values, std::size_t size) const
-    {
-        std::vector<std::vector<ustring8>> rows;
-        const std::size_t width = m_schema.size();
-        rows.reserve(size == 0 ? 0 : size / width);
-        for (std::size_t i = 0; i < size; i += width) rows.push_back(texts_of(values + i, width));
-        return rows;
-    }
-
-private:
-    bool take_row(const xml_element& arg, std::vector<xml_value>& values, load_outcome& outcome)
-    {
-        outcome.stand_at(arg);
-        if (!has_form(arg, element_form::name_and_attributes) || name_of(arg).empty()) {
-            outcome.type(map_error_t::invalid_format);
-            return false;
-        }
-        if (!m_is_schema_read) {
-            outcome.set(read_attrib_names(arg, m_schema, false));
-            if (!outcome.is_sound()) return false;
-            m_is_schema_read = true;
-        }
-        outcome.set(read_attrib_values(arg, m_schema, values));
-        return outcome.is_sound();
-    }
-
-    attrib_schema& m_schema;
-    bool m_is_schema_read = false;
-};
+    std::vector<std::vector<ustring8>> rows;
+    rows.reserve(size == 0 ? 0 : size / width);
+    for (std::size_t i = 0; i < size; i += width) rows.push_back(texts_of(values + i, width));
+    return rows;
+}
 
 }  // namespace
 
@@ -72,10 +23,13 @@ vector_collection_map_t::vector_collection_map_t(const vector_collection_map_t& 
 vector_collection_map_t::~vector_collection_map_t() = default;
 vector_collection_map_t& vector_collection_map_t::operator=(const vector_collection_map_t& other) = default;
 
-// The line is set before it is known whether the waiting element is an item, so the one that ends the content gives it.
 map_error_t vector_collection_map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
-    return load_table(rows_reader(m_attrib_names), map_name, parser, m_id, m_error, m_items);
+    m_id = map_name;
+    item_reader reader(MT_VECTOR_COLLECTION, parser, m_attrib_names, m_error);
+    return load_items(reader, m_items, [this](const xml_value* values, std::size_t size) {
+        return rows_of(values, size, m_attrib_names.size());
+    });
 }
 
 void vector_collection_map_t::clear()

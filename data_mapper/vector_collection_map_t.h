@@ -72,7 +72,7 @@ protected:
     map_error_t m_error;  // the outcome of the last load
     ustring8 m_id;
     std::vector<ustring8> m_attrib_names;  // the schema; "name" comes first
-    shared_items<items> m_items;           // rows in the schema's order, one an arg
+    copy_on_write<items> m_items;          // rows in the schema's order, one an arg
 };
 
 }  // namespace data_mapper4

@@ -56,7 +56,7 @@ protected:
 
     map_error_t m_error;  // the outcome of the last load
     ustring8 m_id;
-    shared_items<items> m_items;
+    copy_on_write<items> m_items;
 };
 
 }  // namespace data_mapper4

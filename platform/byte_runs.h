@@ -1,7 +1,7 @@
-// Internal: runs of bytes looked through a block at a time. The benchmark's rows "parse" and "load" pay for it.
+// Internal: scans bytes in blocks; the `parse` and `load` benchmarks justify it.
 //
-// The functions without an end stop at a zero byte at the latest: no text holds one, and a text_buffer has them behind
-// its text. All of them read whole blocks, so some bytes behind the place where they stop must be readable.
+// The functions without an end stop at a zero byte at the latest: no text contains one, and a text_buffer has some after
+// its text. All of them read whole blocks, so some bytes after the place where they stop must be readable.
 #pragma once
 
 #include <algorithm>
@@ -53,8 +53,15 @@ public:
         return mask_of([&](__m128i half) { return (... | vector{_mm_cmpeq_epi8(half, _mm_set1_epi8(wanted))}); });
     }
 
+    // Bytes below 0x20.
+    mask find_controls() const
+    {
+        const __m128i last = _mm_set1_epi8(0x1F);
+        return mask_of([=](__m128i half) { return vector{_mm_cmpeq_epi8(_mm_min_epu8(half, last), half)}; });
+    }
+
     // Bytes other than those from 0x20 to 0x7F, LF and TAB.
-    mask find_not_plain() const
+    mask find_uncommon() const
     {
         return ~mask_of([](__m128i half) {
             const vector printable{_mm_cmpgt_epi8(half, _mm_set1_epi8(0x1F))};
@@ -98,7 +105,7 @@ private:
 
 #else
 
-// Eight bytes in one word, the first in its lowest byte. A mask has the top bit of each byte that is meant.
+// Eight bytes in one word, the first in its lowest byte. A mask has the top bit of each byte that was found.
 class byte_block
 {
 public:
@@ -125,11 +132,9 @@ public:
         return number;
     }
 
-    mask find_not_plain() const
-    {
-        const mask small = zeros(m_bytes & (ones * 0xE0));
-        return ((small | m_bytes) & tops) & ~find('\n', '\t');
-    }
+    mask find_controls() const { return zeros(m_bytes & (ones * 0xE0)); }
+
+    mask find_uncommon() const { return ((find_controls() | m_bytes) & tops) & ~find('\n', '\t'); }
 
 private:
     static constexpr mask ones = 0x0101010101010101;
@@ -156,18 +161,28 @@ const char* find_first(const char* at, characters... wanted)
     }
 }
 
-// Behind the ASCII characters of a name that stand at `at`.
+// The first byte at which an attribute value ends or is not what it says: its quote, `<`, `&` or a control character.
+inline const char* find_value_stop(const char* at, char quote)
+{
+    for (;; at += byte_block::size) {
+        const byte_block block(at);
+        const byte_block::mask found = block.find(quote, '<', '&') | block.find_controls();
+        if (found != 0) return at + byte_block::first(found);
+    }
+}
+
+// The end of a run of a name's ASCII characters.
 inline const char* skip_name_bytes(const char* at)
 {
     while (is_byte(*at, name_byte)) ++at;
     return at;
 }
 
-// The first byte before the end that is none of 0x20 to 0x7F, LF and TAB.
-inline const char* find_not_plain(const char* at, const char* end)
+// The first byte before the end other than those from 0x20 to 0x7F, LF and TAB.
+inline const char* find_uncommon(const char* at, const char* end)
 {
     for (; at < end; at += byte_block::size) {
-        const byte_block::mask found = byte_block(at).find_not_plain();
+        const byte_block::mask found = byte_block(at).find_uncommon();
         if (found != 0) return std::min(at + byte_block::first(found), end);
     }
     return end;
@@ -179,13 +194,6 @@ inline std::size_t count_lines(const char* at, const char* end)
     std::size_t lines = 0;
     for (; end - at >= byte_block::size; at += byte_block::size) lines += byte_block(at).count('\n');
     return lines + static_cast<std::size_t>(std::count(at, end, '\n'));
-}
-
-// The first byte that is not white space. A text has no CR left in it.
-inline const char* skip_space(const char* at)
-{
-    while (*at == ' ' || *at == '\n' || *at == '\t') ++at;
-    return at;
 }
 
 }  // namespace NUVEK_2_18::parser

@@ -9,37 +9,37 @@
 #include "platform/byte_runs.h"
 #include "platform/unicode.h"
 #include "platform/xml_characters.h"
-#include "platform/xml_scanner.h"
+#include "platform/xml_prolog.h"
 
 namespace NUVEK_2_18::parser {
 
 namespace {
 
-// What the first bytes say of the encoding, and how many of them are a byte order mark.
+// What the first bytes say of the encoding.
 enum class byte_form
 {
-    bytes,         // one byte a unit: UTF-8, unless the header declares another encoding
-    marked_bytes,  // UTF-8, by its mark
-    little_endian_pairs,
-    big_endian_pairs,
+    bytes,     // one byte a unit: UTF-8, unless another encoding is declared
+    utf8_bom,  // UTF-8, by its BOM
+    utf16le,
+    utf16be,
 };
 
 struct opening
 {
     byte_form form;
-    std::size_t mark_size;
+    std::size_t bom_size;
 };
 
-opening look_at(std::string_view bytes)
+opening detect(std::string_view bytes)
 {
     using namespace std::string_view_literals;
-    if (bytes.substr(0, 3) == "\xEF\xBB\xBF"sv) return {byte_form::marked_bytes, 3};
-    if (bytes.substr(0, 2) == "\xFF\xFE"sv) return {byte_form::little_endian_pairs, 2};
-    if (bytes.substr(0, 2) == "\xFE\xFF"sv) return {byte_form::big_endian_pairs, 2};
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF"sv) return {byte_form::utf8_bom, 3};
+    if (bytes.substr(0, 2) == "\xFF\xFE"sv) return {byte_form::utf16le, 2};
+    if (bytes.substr(0, 2) == "\xFE\xFF"sv) return {byte_form::utf16be, 2};
     const std::size_t markup = bytes.find('<');
     if (markup == std::string_view::npos) return {byte_form::bytes, 0};
-    if (markup % 2 == 0 && bytes.substr(markup + 1, 1) == "\0"sv) return {byte_form::little_endian_pairs, 0};
-    if (markup % 2 == 1 && bytes[markup - 1] == '\0') return {byte_form::big_endian_pairs, 0};
+    if (markup % 2 == 0 && bytes.substr(markup + 1, 1) == "\0"sv) return {byte_form::utf16le, 0};
+    if (markup % 2 == 1 && bytes[markup - 1] == '\0') return {byte_form::utf16be, 0};
     return {byte_form::bytes, 0};
 }
 
@@ -56,33 +56,35 @@ bool may_declare(byte_form form, std::string_view encoding)
     switch (form) {
         case byte_form::bytes:
             return is("UTF-8") || is("ISO-8859-1") || is("US-ASCII");
-        case byte_form::marked_bytes:
+        case byte_form::utf8_bom:
             return is("UTF-8");
-        case byte_form::little_endian_pairs:
+        case byte_form::utf16le:
             return is("UTF-16") || is("UTF-16LE");
-        case byte_form::big_endian_pairs:
+        case byte_form::utf16be:
             break;
     }
     return is("UTF-16") || is("UTF-16BE");
 }
 
+// The declaration is read here for the encoding alone; the check of the document judges it.
 std::string_view declared_encoding(std::string_view text)
 {
-    xml_scanner scanner(text);
-    if (scanner.at_declaration()) scanner.take_declaration();
-    return scanner.encoding();
+    xml_cursor cursor(text);
+    std::string_view encoding;
+    if (is_at_declaration(cursor)) take_declaration(cursor, encoding);
+    return encoding;
 }
 
-void end_text(document_text& document, std::size_t size, xml_stream_parser::error_type fault)
+void end_text(document_text& document, std::size_t size, xml_fault fault)
 {
     document.text.resize(size);
     document.fault_at_end = fault;
 }
 
-document_text decode_pairs(std::string_view bytes, bool is_big_endian)
+document_text decode_utf16(std::string_view bytes, bool is_big_endian)
 {
-    // A pair of bytes becomes three at the most.
-    document_text document = {text_buffer(bytes.size() + bytes.size() / 2 + 1), xml_stream_parser::no_error};
+    // A unit of two bytes becomes three at the most.
+    document_text document = {text_buffer(bytes.size() + bytes.size() / 2 + 1), xml_fault::none};
     char* to = document.text.data();
     const auto unit_at = [&](std::size_t i) {
         if (i + 1 >= bytes.size()) return char16_t{0};
@@ -95,7 +97,7 @@ document_text decode_pairs(std::string_view bytes, bool is_big_endian)
         const char16_t* at = units;
         const char32_t code_point = unicode::take_utf16(at, std::end(units));
         if (code_point == unicode::malformed || i + 1 == bytes.size()) {
-            document.fault_at_end = xml_stream_parser::unexpected_character;
+            document.fault_at_end = xml_fault::unexpected_character;
             break;
         }
         to = unicode::write_utf8(code_point, to);
@@ -105,55 +107,50 @@ document_text decode_pairs(std::string_view bytes, bool is_big_endian)
     return document;
 }
 
-bool is_high(char byte)
-{
-    return (byte & 0x80) != 0;
-}
-
 void decode_latin1(document_text& document)
 {
     const std::string_view bytes = document.text.view();
-    const auto high = static_cast<std::size_t>(std::count_if(bytes.begin(), bytes.end(), is_high));
-    text_buffer text(bytes.size() + high);
+    const auto wider = static_cast<std::size_t>(std::count_if(bytes.begin(), bytes.end(), is_non_ascii));
+    text_buffer text(bytes.size() + wider);
     char* to = text.data();
     for (const char byte : bytes) to = unicode::write_utf8(static_cast<unsigned char>(byte), to);
-    text.resize(bytes.size() + high);
+    text.resize(bytes.size() + wider);
     document.text = std::move(text);
 }
 
 void check_ascii(document_text& document)
 {
     const std::string_view text = document.text.view();
-    const auto* const high = std::find_if(text.begin(), text.end(), is_high);
-    if (high == text.end()) return;
-    end_text(document, static_cast<std::size_t>(high - text.begin()), xml_stream_parser::unexpected_character);
+    const auto* const found = std::find_if(text.begin(), text.end(), is_non_ascii);
+    if (found == text.end()) return;
+    end_text(document, static_cast<std::size_t>(found - text.begin()), xml_fault::unexpected_character);
 }
 
-bool is_tail(char byte)
+bool is_continuation(char byte)
 {
     return (byte & 0xC0) == 0x80;
 }
 
-// The commonest forms of characters beyond ASCII: those of two bytes, and of the three-byte ones those without
-// surrogates, non-characters and overlong forms among them. At the end of the text a zero byte fails them.
+// The commonest characters beyond ASCII: all of two bytes, and those of three bytes whose lead byte begins no overlong
+// form, surrogate or non-character. At the end of the text a zero byte fails them.
 bool is_two_byte_char(const char* at)
 {
-    return static_cast<unsigned char>(at[0] - 0xC2) <= 0xDF - 0xC2 && is_tail(at[1]);
+    return static_cast<unsigned char>(at[0] - 0xC2) <= 0xDF - 0xC2 && is_continuation(at[1]);
 }
 
 bool is_three_byte_char(const char* at)
 {
-    return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && is_tail(at[1]) && is_tail(at[2]);
+    return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && is_continuation(at[1]) && is_continuation(at[2]);
 }
 
-// Ends the text before its first ill-formed sequence or character that no XML document may hold. True when there is a
+// Ends the text before its first ill-formed sequence or character that no XML document may contain. True if there is a
 // CR in it.
 bool check_characters(document_text& document)
 {
     const char* const begin = document.text.data();
     const char* const end = begin + document.text.size();
     bool has_cr = false;
-    for (const char* at = find_not_plain(begin, end); at != end;) {
+    for (const char* at = find_uncommon(begin, end); at != end;) {
         const char* const character = at;
         if (*at == '\r') has_cr = true;
         if (is_two_byte_char(at)) {
@@ -161,11 +158,11 @@ bool check_characters(document_text& document)
         } else if (is_three_byte_char(at)) {
             at += 3;
         } else if (!is_char(unicode::take_utf8(at, end))) {
-            end_text(document, static_cast<std::size_t>(character - begin), xml_stream_parser::unexpected_character);
+            end_text(document, static_cast<std::size_t>(character - begin), xml_fault::unexpected_character);
             break;
         }
-        // Where one such character stands, more are likely.
-        if (at != end && !is_high(*at)) at = find_not_plain(at, end);
+        // Characters beyond ASCII come in runs.
+        if (at != end && !is_non_ascii(*at)) at = find_uncommon(at, end);
     }
     return has_cr;
 }
@@ -189,18 +186,17 @@ void normalise_line_ends(text_buffer& text)
 document_text decode_document(text_buffer bytes)
 {
     document_text document;
-    const opening found = look_at(bytes.view());
-    bytes.remove_prefix(found.mark_size);
-    if (found.form == byte_form::bytes || found.form == byte_form::marked_bytes) {
-        document.text = std::move(bytes);
-    } else {
-        document = decode_pairs(bytes.view(), found.form == byte_form::big_endian_pairs);
+    const opening found = detect(bytes.view());
+    bytes.remove_prefix(found.bom_size);
+    if (found.form == byte_form::utf16le || found.form == byte_form::utf16be) {
+        document = decode_utf16(bytes.view(), found.form == byte_form::utf16be);
         bytes = text_buffer();
+    } else {
+        document.text = std::move(bytes);
     }
     const std::string_view encoding = declared_encoding(document.text.view());
     if (!encoding.empty() && !may_declare(found.form, encoding)) {
-        end_text(document, static_cast<std::size_t>(encoding.data() - document.text.data()),
-                 xml_stream_parser::fatal_error);
+        end_text(document, static_cast<std::size_t>(encoding.data() - document.text.data()), xml_fault::unreadable);
     } else if (is_same_name(encoding, "ISO-8859-1")) {
         decode_latin1(document);
     } else if (is_same_name(encoding, "US-ASCII")) {

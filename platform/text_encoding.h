@@ -2,19 +2,18 @@
 #pragma once
 
 #include "platform/text_buffer.h"
-#include "platform/xml_stream_parser.h"
+#include "platform/xml_fault.h"
 
 namespace NUVEK_2_18::parser {
 
 struct document_text
 {
     text_buffer text;  // well-formed UTF-8 of characters that XML allows, every line end a single LF
-    xml_stream_parser::error_type fault_at_end =
-        xml_stream_parser::no_error;  // why the text goes no further, if it does not
+    xml_fault fault_at_end = xml_fault::none;  // why the text goes no further, if it does not
 };
 
-// Bytes that no character can be made of end the text with unexpected_character. An encoding that is unknown, or that
-// the byte order mark or the bytes contradict, ends it with fatal_error, where the header names that encoding.
+// Bytes that are no character end the text with unexpected_character. An encoding that is unknown, or that the BOM or
+// the bytes contradict, ends it with unreadable where the declaration names that encoding.
 document_text decode_document(text_buffer bytes);
 
 }  // namespace NUVEK_2_18::parser

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "platform/unicode.h"
@@ -18,32 +16,37 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #endif
 
 namespace NUVEK_2_18::parser {
 
-namespace {
-
-namespace fs = std::filesystem;
-
-// Opening checks once more that the file is a regular one: what stands at a path can change after it was looked at.
+// A regular file of the system. Paths are in UTF-8. Opening checks once more what is_regular() said, since that can change
+// in between.
 #if defined(_WIN32)
 
-struct file_closer
-{
-    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
-};
-
-class system_file
+class text_file::handle
 {
 public:
-    explicit system_file(const fs::path& path) : m_file(_wfsopen(path.c_str(), L"rb", _SH_DENYNO))
+    static constexpr char separator = '\\';
+    static constexpr std::size_t longest_path = 32767;  // in units of UTF-16
+
+    static bool is_regular(const strings::ustring8& path)
+    {
+        std::error_code error;
+        return std::filesystem::is_regular_file(std::filesystem::u8path(path), error);
+    }
+
+    explicit handle(const strings::ustring8& path)
+        : m_file(_wfsopen(std::filesystem::u8path(path).c_str(), L"rb", _SH_DENYNO))
     {
         if (m_file == nullptr) return;
         const int descriptor = _fileno(m_file.get());
@@ -62,17 +65,31 @@ public:
     }
 
 private:
-    std::unique_ptr<std::FILE, file_closer> m_file;
+    struct closer
+    {
+        void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
+    };
+
+    std::unique_ptr<std::FILE, closer> m_file;
     std::int64_t m_size = 0;  // bytes, as the system has it
 };
 
 #else
 
-class system_file
+class text_file::handle
 {
 public:
+    static constexpr char separator = '/';
+    static constexpr std::size_t longest_path = PATH_MAX - 1;  // in bytes; a unit of UTF-16 takes one at least
+
+    static bool is_regular(const strings::ustring8& path)
+    {
+        struct stat status = {};
+        return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    }
+
     // A pipe must not make the host wait, nor a terminal become its own.
-    explicit system_file(const fs::path& path)
+    explicit handle(const strings::ustring8& path)
         : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
     {
         struct stat status = {};
@@ -80,9 +97,9 @@ public:
         if (::fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode)) close();
         m_size = status.st_size;
     }
-    ~system_file() { close(); }
-    system_file(const system_file&) = delete;
-    system_file& operator=(const system_file&) = delete;
+    ~handle() { close(); }
+    handle(const handle&) = delete;
+    handle& operator=(const handle&) = delete;
 
     bool is_open() const { return m_descriptor >= 0; }
     std::int64_t size() const { return m_size; }
@@ -109,32 +126,14 @@ private:
 
 #endif
 
-// What stands at the path; not_found also where no file can have such a name: a part of it is too long, or the file
-// system knows the backslash only as a separator.
-fs::file_type type_of_file(const fs::path& path)
-{
-    std::error_code error;
-    const fs::file_type type = fs::status(path, error).type();
-    const bool is_impossible = error == std::errc::filename_too_long || error == std::errc::invalid_argument;
-    return is_impossible ? fs::file_type::not_found : type;
-}
+namespace {
 
 std::size_t grown(std::size_t capacity, std::size_t claimed)
 {
     return capacity < claimed ? std::min(capacity * 2, claimed) : capacity * 2;
 }
 
-bool is_valid(const strings::ustring16& path, strings::ustring8& in_utf8)
-{
-    return path.find(u'\0') == strings::ustring16::npos && unicode::append_utf16(path, in_utf8);
-}
-
 }  // namespace
-
-class text_file::handle : public system_file
-{
-    using system_file::system_file;
-};
 
 text_file::~text_file() = default;
 
@@ -143,18 +142,18 @@ bool text_file::is_open() const
     return m_file != nullptr && m_file->is_open();
 }
 
+// A hostile file may include many paths that are too long: the system is not asked for those.
 text_file::text_file(const strings::ustring16& path)
 {
     strings::ustring8 name;
-    if (!is_valid(path, name)) return;
-    fs::path file = fs::u8path(name);
-    fs::file_type type = type_of_file(file);
-    if (type == fs::file_type::not_found && fs::path::preferred_separator != '\\') {
-        std::replace(name.begin(), name.end(), '\\', static_cast<char>(fs::path::preferred_separator));
-        file = fs::u8path(name);
-        type = type_of_file(file);
+    if (path.size() > handle::longest_path || path.find(u'\0') != strings::ustring16::npos) return;
+    if (!unicode::append_utf16(path, name)) return;
+    bool is_regular = handle::is_regular(name);
+    if (!is_regular && handle::separator != '\\') {
+        std::replace(name.begin(), name.end(), '\\', handle::separator);
+        is_regular = handle::is_regular(name);
     }
-    if (type == fs::file_type::regular) m_file = std::make_unique<handle>(file);
+    if (is_regular) m_file = std::make_unique<handle>(name);
 }
 
 document_text text_file::read()
@@ -174,7 +173,7 @@ document_text text_file::read()
         if (got > 0) bytes.resize(bytes.size() + static_cast<std::size_t>(got));
     } while (got > 0);
     m_file.reset();
-    if (got < 0) return {{}, xml_stream_parser::fatal_error};
+    if (got < 0) return {{}, xml_fault::unreadable};
     return decode_document(std::move(bytes));
 }
 

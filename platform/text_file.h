@@ -11,8 +11,8 @@ namespace NUVEK_2_18::parser {
 class text_file
 {
 public:
-    // Opens the regular file that the path names: as written or, where no such file exists, with every backslash taken
-    // as the system's separator. Nothing else is ever opened.
+    // Opens the regular file that the path names: as written or, if that names none, with every backslash taken as the
+    // system's separator. Nothing else is ever opened.
     explicit text_file(const strings::ustring16& path);
     ~text_file();
     text_file(const text_file&) = delete;

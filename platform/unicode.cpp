@@ -98,6 +98,7 @@ void append_utf8(char32_t code_point, strings::ustring8& text)
 
 bool append_utf16(const strings::ustring16& from, strings::ustring8& to)
 {
+    to.reserve(to.size() + from.size());
     const char16_t* at = from.data();
     const char16_t* const end = at + from.size();
     while (at != end) {

@@ -24,10 +24,7 @@ constexpr unsigned classes_of(unsigned byte)
     if (starts_name) classes |= name_start_byte;
     if (starts_name || (byte >= '0' && byte <= '9') || is_one_of(byte, "-.")) classes |= name_byte;
     if (is_one_of(byte, " \t\r\n")) classes |= space_byte;
-    if (is_one_of(byte, "<&]")) classes |= text_stop;
-    if (is_one_of(byte, "<&\"'")) classes |= value_stop;
     if (is_one_of(byte, "& \t\r\n")) classes |= value_change;
-    if (is_one_of(byte, "<>\"'")) classes |= declaration_stop;
     if (byte >= 0x20 || is_one_of(byte, "\t\r\n")) classes |= char_byte;
     return classes;
 }

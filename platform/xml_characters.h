@@ -10,14 +10,11 @@ namespace NUVEK_2_18::parser {
 // What one byte of UTF-8 may be. Bytes from 0x80 on carry no class: they belong to a longer sequence.
 enum byte_class : std::uint8_t
 {
-    name_start_byte = 1,    // an ASCII character that may begin a name
-    name_byte = 2,          // an ASCII character that may stand in one
-    space_byte = 4,         // white space
-    text_stop = 8,          // where a run of character data needs a look: < & ]
-    value_stop = 16,        // where an attribute value needs one: < & " '
-    value_change = 32,      // where a value is not what it says: & and white space
-    declaration_stop = 64,  // where a declaration inside a document type needs a look: < > " '
-    char_byte = 128,        // an ASCII character that a document may hold at all
+    name_start_byte = 1,  // an ASCII character that may begin a name
+    name_byte = 2,        // an ASCII character that a name may contain
+    space_byte = 4,       // white space
+    value_change = 8,     // what an attribute value does not contain once it is normalised: & and white space
+    char_byte = 16,       // an ASCII character that a document may contain at all
 };
 
 extern const std::array<std::uint8_t, 256> byte_classes;
@@ -30,6 +27,11 @@ inline bool is_byte(char byte, unsigned classes)
 inline bool is_space(char byte)
 {
     return is_byte(byte, space_byte);
+}
+
+inline bool is_non_ascii(char byte)
+{
+    return (byte & 0x80) != 0;
 }
 
 // True also for the empty text.

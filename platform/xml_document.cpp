@@ -1,105 +1,95 @@
 #include "platform/xml_document.h"
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/byte_runs.h"
-#include "platform/plain_markup.h"
 #include "platform/xml_characters.h"
-#include "platform/xml_scanner.h"
+#include "platform/xml_markup.h"
+#include "platform/xml_prolog.h"
 
 namespace NUVEK_2_18::parser {
 
 namespace {
 
-using construct = xml_scanner::construct;
+// Text after a child element, which the closing node has. The data of a node is all of its stretches of text, the blank
+// ones included, so once one of them is not blank all must be known. Few documents have any such text, so the first
+// pass over a document collects none, and stops at one.
+enum class text_after_child
+{
+    stop,
+    collect,
+};
 
 class document_checker
 {
 public:
-    explicit document_checker(const document_text& document)
-        : m_scanner(document.text.view(), document.fault_at_end), m_fault_at_end(document.fault_at_end)
+    document_checker(const document_text& document, text_after_child mode)
+        : m_mode(mode),
+          m_document(document.text.view().data()),
+          m_cursor(document.text.view(), document.fault_at_end),
+          m_fault_at_end(document.fault_at_end),
+          m_index(document.text.view())
     {
     }
 
     // document = XMLDecl? Misc* (doctypedecl Misc*)? element Misc*
-    checked_document check(bool header_optional)
+    bool check(bool is_declaration_optional)
     {
-        if (!take_header(header_optional)) return outcome();
-        for (construct next = m_scanner.ahead(); next != construct::end; next = m_scanner.ahead()) {
-            take_plain();
-            next = m_scanner.ahead();
-            m_begin = m_scanner.position();
-            if (!take(next)) return outcome();
+        m_begin = m_stretch = m_cursor.at();
+        if (!take_declaration(is_declaration_optional)) return false;
+        for (;;) {
+            m_cursor.skip_space();
+            m_begin = m_cursor.at();
+            const construct next = next_construct(m_cursor);
+            if (next == construct::end) return end();
+            if (!take(next)) return false;
         }
-        m_begin = m_scanner.position();
-        end();
-        return outcome();
+    }
+
+    bool has_stopped() const { return m_has_stopped; }
+
+    // What was found, once the check is over. The text is the one that was checked.
+    xml_document result(text_buffer text)
+    {
+        xml_document document;
+        document.fault = m_fault;
+        if (m_fault != xml_fault::none) document.fault_line = 1 + count_lines(m_document, m_cursor.at());
+        document.is_complete = m_fault == xml_fault::none && is_outside();
+        text.resize(static_cast<std::size_t>(m_begin - m_document));
+        document.text = std::move(text);
+        document.index = std::move(m_index);
+        return document;
     }
 
 private:
     bool is_outside() const { return m_open.empty(); }
 
-    checked_document outcome() const { return {m_outcome, m_begin, m_position, m_nodes, m_has_mixed_text}; }
-
-    bool report(xml_stream_parser::error_type code, std::size_t position)
+    bool report(xml_fault fault)
     {
-        m_outcome = code;
-        m_position = position;
+        m_fault = fault;
+        end_stretch(m_begin);
         return false;
     }
 
-    bool refuse() { return report(xml_stream_parser::unexpected_character, m_begin); }
-
-    // Passes on what a take of the scanner said.
-    bool taken(bool is_sound) { return is_sound || report(m_scanner.fault(), m_scanner.position()); }
-
-    bool take_header(bool header_optional)
+    bool report_at(const char* at, xml_fault fault)
     {
-        if (m_scanner.at_declaration()) return taken(m_scanner.take_declaration());
-        if (header_optional) return true;
-        // Where not even the first character could be read, it is not known what the document begins with.
-        const bool is_unread = m_scanner.ahead() == construct::end && m_fault_at_end != xml_stream_parser::no_error;
-        return report(is_unread ? m_fault_at_end : xml_stream_parser::no_xml_header, 0);
+        m_cursor.go_to(at);
+        return report(fault);
     }
 
-    // Takes what stands within the root as long as it is plain.
-    void take_plain()
-    {
-        const char* at = m_scanner.at();
-        while (!is_outside()) {
-            const char* const tag = skip_plain_text(at);
-            if (tag == nullptr) break;
-            at = tag;
-            const char* const end = at[1] == '/' ? take_plain_end_tag(at) : take_plain_start_tag(at);
-            if (end == nullptr) break;
-            at = end;
-        }
-        m_scanner.go_to(at);
-    }
+    // Passes on what a take function said.
+    bool taken(bool is_sound) { return is_sound || report(m_cursor.fault()); }
 
-    const char* skip_plain_text(const char* at)
+    bool take_declaration(bool is_optional)
     {
-        const char* const text = skip_space(at);
-        if (*text == '<') return text;
-        const char* const end = find_first(text, '<', '&', ']');
-        if (*end != '<') return nullptr;
-        m_has_mixed_text |= m_has_child;
-        return end;
-    }
-
-    const char* take_plain_start_tag(const char* at)
-    {
-        const plain_tag tag = m_finder.find(at);
-        if (tag.end != nullptr) add_start_tag(tag.name, tag.is_empty_element);
-        return tag.end;
-    }
-
-    const char* take_plain_end_tag(const char* at)
-    {
-        const char* const end = find_plain_end_tag(at, m_open.back());
-        if (end != nullptr) add_end_tag();
-        return end;
+        std::string_view encoding;
+        if (is_at_declaration(m_cursor)) return taken(parser::take_declaration(m_cursor, encoding));
+        if (is_optional) return true;
+        // Where not even the first character could be decoded, it is not known how the document begins.
+        const bool is_unread = m_cursor.is_at_end() && m_fault_at_end != xml_fault::none;
+        return report(is_unread ? m_fault_at_end : xml_fault::no_declaration);
     }
 
     bool take(construct next)
@@ -109,100 +99,146 @@ private:
                 return take_start_tag();
             case construct::end_tag:
                 return take_end_tag();
-            case construct::text:
-                return take_text();
-            case construct::cdata:
-                m_has_mixed_text |= m_has_child;
-                return is_outside() ? refuse() : taken(m_scanner.take_cdata());
             case construct::comment:
-                return taken(m_scanner.take_comment());
+                return taken(take_comment(m_cursor));
             case construct::instruction:
-                return taken(m_scanner.take_instruction());
+                return taken(take_instruction(m_cursor));
             case construct::doctype:
                 return take_doctype();
-            case construct::end:
-                break;
+            default:
+                return take_data(next);
         }
-        return true;
     }
 
-    bool take_text()
+    // Character data or a CDATA section.
+    bool take_data(construct next)
     {
-        if (is_outside()) return taken(m_scanner.take_blank());
-        if (!taken(m_scanner.take_text())) return false;
-        m_has_mixed_text |= m_has_child && !is_space(m_scanner.content());
-        return true;
+        if (is_outside()) return report(xml_fault::unexpected_character);
+        std::string_view content;
+        bool is_blank = true;
+        const bool is_text = next == construct::text;
+        if (!taken(is_text ? take_text(m_cursor, is_blank) : take_cdata(m_cursor, content))) return false;
+        m_is_blank = m_is_blank && is_blank && is_space(content);
+        m_has_stopped = !m_is_blank && m_has_child && m_mode == text_after_child::stop;
+        return !m_has_stopped;
     }
 
     bool take_start_tag()
     {
-        if (is_outside() && m_has_root) return refuse();
-        if (!taken(m_scanner.take_start_tag())) return false;
-        add_start_tag(m_scanner.name(), m_scanner.is_empty_element());
-        return true;
-    }
-
-    void add_start_tag(std::string_view name, bool is_empty_element)
-    {
+        if (is_outside() && m_has_root) return report(xml_fault::unexpected_character);
+        if (!taken(m_reader.take(m_cursor, m_element))) return false;
+        end_stretch(m_begin);
+        const bool is_empty = m_element.form == xml_element::kind::whole;
+        if (!is_empty) open();
+        m_index.add(m_element);
         m_has_root = true;
-        m_has_child = is_empty_element;
-        if (!is_empty_element) m_open.push_back(name);
-        ++m_nodes;
+        m_has_child = is_empty;
+        return true;
     }
 
     bool take_end_tag()
     {
-        if (!taken(m_scanner.take_end_tag())) return false;
-        const bool matches = !is_outside() && m_open.back() == m_scanner.name();
-        if (!matches) return report(xml_stream_parser::end_tag_mismatch, m_begin);
-        add_end_tag();
+        if (!taken(parser::take_end_tag(m_cursor, m_element.tag))) return false;
+        const bool matches = !is_outside() && m_index.tag_at(m_open.back()) == m_element.tag;
+        if (!matches) return report_at(m_begin, xml_fault::end_tag_mismatch);
+        end_stretch(m_begin);
+        close();
+        m_has_child = true;
         return true;
     }
 
-    void add_end_tag()
+    void open()
     {
+        m_open.push_back(m_index.size());
+        if (m_mode == text_after_child::collect) m_first_after_child.push_back({m_after_child.size(), true});
+    }
+
+    void close()
+    {
+        if (m_has_child) {
+            m_element.form = xml_element::kind::closing;
+            m_element.begin = m_begin;
+            m_element.attributes.clear();
+            m_index.add(m_element);
+        } else {
+            m_index.set_form(m_open.back(), xml_element::kind::whole);
+        }
         m_open.pop_back();
-        if (m_has_child) ++m_nodes;
-        m_has_child = true;
+        if (m_mode == text_after_child::collect) add_texts_after_children();
+    }
+
+    // The stretches after the children of the element that is closed, which belong to its closing node.
+    void add_texts_after_children()
+    {
+        const auto [first, are_blank] = m_first_after_child.back();
+        for (std::size_t i = first; i < m_after_child.size() && !are_blank; ++i) m_index.add_text(m_after_child[i]);
+        m_after_child.resize(first);
+        m_first_after_child.pop_back();
+    }
+
+    // A tag, a fault or the end ends a stretch of text; the next one begins after it.
+    void end_stretch(const char* at)
+    {
+        if (!m_has_child && !m_is_blank) m_index.add_text(m_stretch);
+        if (m_has_child && m_mode == text_after_child::collect && !is_outside() && at != m_stretch) {
+            m_after_child.push_back(m_stretch);
+            m_first_after_child.back().are_blank &= m_is_blank;
+        }
+        m_stretch = m_cursor.at();
+        m_is_blank = true;
     }
 
     bool take_doctype()
     {
-        if (m_has_root || m_has_doctype) return refuse();
+        if (m_has_root || m_has_doctype) return report(xml_fault::unexpected_character);
         m_has_doctype = true;
-        return taken(m_scanner.take_doctype());
+        return taken(parser::take_doctype(m_cursor));
     }
 
-    void end()
+    bool end()
     {
-        if (m_fault_at_end != xml_stream_parser::no_error) {
-            report(m_fault_at_end, m_begin);
-        } else if (!is_outside()) {
-            report(xml_stream_parser::incomplete, m_begin);
-        } else {
-            report(m_has_root ? xml_stream_parser::end_of_file : xml_stream_parser::no_root_tag, m_begin);
-        }
+        if (m_fault_at_end != xml_fault::none) return report(m_fault_at_end);
+        if (!m_has_root) return report(xml_fault::no_root);
+        end_stretch(m_begin);
+        return true;
     }
 
-    xml_scanner m_scanner;
-    plain_start_tag_finder m_finder;
-    xml_stream_parser::error_type m_fault_at_end;
-    std::vector<std::string_view> m_open;  // names of the open elements, the root's first
+    struct collected
+    {
+        std::size_t first;  // in m_after_child
+        bool are_blank;
+    };
+
+    text_after_child m_mode;
+    const char* m_document;
+    xml_cursor m_cursor;
+    start_tag_reader m_reader;
+    xml_element m_element;
+    xml_fault m_fault_at_end;
+    xml_fault m_fault = xml_fault::none;
+    xml_index m_index;
+    std::vector<std::size_t> m_open;  // positions of the open elements, the root's first
     bool m_has_root = false;
     bool m_has_doctype = false;
-    bool m_has_child = false;  // whether the innermost open element has a child element
-    bool m_has_mixed_text = false;
-    std::size_t m_begin = 0;  // of the construct at hand
-    std::size_t m_nodes = 0;
-    xml_stream_parser::error_type m_outcome = xml_stream_parser::no_error;
-    std::size_t m_position = 0;
+    bool m_has_child = false;         // whether the innermost open element has a child element
+    const char* m_begin = nullptr;    // of the construct at hand
+    const char* m_stretch = nullptr;  // the stretch of text at hand
+    bool m_is_blank = true;           // what of it was taken is white space
+    bool m_has_stopped = false;
+    std::vector<const char*> m_after_child;      // stretches after the children of the open elements
+    std::vector<collected> m_first_after_child;  // what each open element has of them
 };
 
 }  // namespace
 
-checked_document check_document(const document_text& document, bool header_optional)
+xml_document check_document(document_text source, bool is_declaration_optional)
 {
-    return document_checker(document).check(header_optional);
+    for (const text_after_child mode : {text_after_child::stop, text_after_child::collect}) {
+        document_checker checker(source, mode);
+        checker.check(is_declaration_optional);
+        if (!checker.has_stopped()) return checker.result(std::move(source.text));
+    }
+    return {};
 }
 
 }  // namespace NUVEK_2_18::parser

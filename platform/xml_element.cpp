@@ -1,13 +1,13 @@
 #include "platform/xml_element.h"
 
-#include "platform/xml_scanner.h"
+#include "platform/xml_reference.h"
 
 namespace NUVEK_2_18::parser {
 
-strings::ustring8 xml_value::resolved() const
+strings::ustring8 xml_value::normalised() const
 {
     strings::ustring8 text;
-    append_value(written, text);
+    append_value(raw, text);
     return text;
 }
 

@@ -1,6 +1,7 @@
-// Internal: an element as it stands in a document's text, nothing copied.
+// Internal: an element of a document, as views of its text.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -11,15 +12,15 @@ namespace NUVEK_2_18::parser {
 // An attribute's value.
 struct xml_value
 {
-    std::string_view written;  // what stands between the quotes
-    bool is_plain = true;      // it stands for just that: no reference, no white space other than spaces
+    std::string_view raw;  // what is between the quotes
+    bool is_plain = true;  // the raw value is the normalised one: no reference, no white space other than spaces
 
-    bool empty() const { return written.empty(); }
+    bool empty() const { return raw.empty(); }
 
-    // The value with its references resolved and its white space turned into spaces.
-    strings::ustring8 text() const { return is_plain ? strings::ustring8(written) : resolved(); }
+    // The normalised value: references resolved, white space turned into spaces.
+    strings::ustring8 text() const { return is_plain ? strings::ustring8(raw) : normalised(); }
 
-    strings::ustring8 resolved() const;
+    strings::ustring8 normalised() const;
 };
 
 struct xml_attribute
@@ -34,16 +35,17 @@ struct xml_element
     enum class kind
     {
         whole,    // without child elements
-        opening,  // the start tag of an element with children, or of one still open where the text ends
+        opening,  // the start tag of an element with children, or of one that is still open where the text ends
         closing,
     };
 
     kind form = kind::whole;
-    const char* begin = nullptr;  // where the tag's `<` stands
+    const char* begin = nullptr;  // the tag's `<`
     std::string_view tag;
     std::vector<xml_attribute> attributes;
-    bool has_data = false;   // text other than white space
-    unsigned long line = 0;  // of a node that was handed out, and perhaps changed; 0: that of `begin`, not counted yet
+    std::size_t texts = 0;  // stretches of text that are its data; none if they are all white space
+
+    bool has_data() const { return texts != 0; }
 };
 
 }  // namespace NUVEK_2_18::parser

@@ -1,85 +1,83 @@
 #include "platform/xml_element_queue.h"
 
-#include <algorithm>
-#include <limits>
 #include <utility>
+
+#include "platform/byte_runs.h"
+#include "platform/xml_markup.h"
 
 namespace NUVEK_2_18::parser {
 
-namespace {
-
-std::uint32_t limited(std::size_t number)
-{
-    return static_cast<std::uint32_t>(std::min<std::size_t>(number, std::numeric_limits<std::uint32_t>::max()));
-}
-
-}  // namespace
-
-xml_element_queue::xml_element_queue(const xml_element_reader& reader, std::size_t elements, bool can_go_back)
-    : m_reader(reader), m_waiting(elements), m_can_go_back(can_go_back)
+xml_element_queue::xml_element_queue(xml_document document)
+    : m_document(std::move(document)), m_counted(m_document.text.view().data()), m_line_begin(m_counted)
 {
 }
 
-void xml_element_queue::look_at_front()
+void xml_element_queue::read_front()
 {
-    if (m_is_node_made) {
-        look_at_node();
-    } else {
-        // An exception on the way leaves the reader within an element, so there must be no going on.
-        const std::size_t count = std::exchange(m_waiting, 0);
-        m_reader.read(m_front);
-        m_is_front_read = true;
-        m_waiting = count;
-    }
+    m_next = m_document.index.read(m_position, m_front);
+    m_is_front_read = true;
 }
 
-void xml_element_queue::go_to(const mark& there)
+bool xml_element_queue::is_last()
 {
-    m_reader.go_to(there.place);
-    m_waiting = there.waiting;
+    front();
+    return m_next == m_document.index.size();
+}
+
+xml_element& xml_element_queue::change_front(unsigned long line)
+{
+    front();
+    m_changed = m_position;
+    m_changed_line = line;
+    return m_front;
+}
+
+void xml_element_queue::pop()
+{
+    if (front().form == xml_element::kind::opening) ++m_open;
+    if (front().form == xml_element::kind::closing) --m_open;
+    m_position = m_next;
     m_is_front_read = false;
 }
 
-// The node in front may have been changed since it was handed out.
-void xml_element_queue::look_at_node()
+void xml_element_queue::go_back(std::size_t position)
 {
-    m_front.tag = m_node.tag;
-    m_front.has_data = !m_node.data.empty();
-    m_front.line = m_node.line;
-    m_front.attributes.clear();
-    for (const auto& [name, value] : m_node.attributes) m_front.attributes.push_back({name, {value, true}});
+    for (std::size_t at = position; at != m_position;) {
+        at = m_document.index.read(at, m_front);
+        if (m_front.form == xml_element::kind::opening) --m_open;
+        if (m_front.form == xml_element::kind::closing) ++m_open;
+    }
+    m_position = position;
+    m_is_front_read = false;
 }
 
-void xml_element_queue::make_node()
+std::size_t xml_element_queue::depth()
 {
-    const xml_element& element = front();
-    node made;
-    made.status =
-        element.form == xml_element::kind::opening ? xml_stream_parser::incomplete : xml_stream_parser::no_error;
-    made.closing = element.form == xml_element::kind::closing;
-    made.tag = element.tag;
-    made.line = m_reader.line_of(element.begin);
-    made.column = limited(m_reader.column());
-    made.depth = limited(m_reader.depth());
-    for (const xml_attribute& each : element.attributes) made.attributes.emplace_back(each.name, each.value.text());
-    if (element.has_data) made.data = std::move(m_reader.data());
-    m_node = std::move(made);
-    m_is_node_made = true;
+    return front().form == xml_element::kind::closing ? m_open - 1 : m_open;
 }
 
-xml_element_queue::node& xml_element_queue::front_node()
+strings::ustring8 xml_element_queue::data()
 {
-    if (empty()) m_node = node();
-    if (!empty() && !m_is_node_made) make_node();
-    return m_node;
+    strings::ustring8 text;
+    const std::string_view document = m_document.text.view();
+    for (std::size_t at = m_next - front().texts; at != m_next; ++at) {
+        append_content(view(m_document.index.begin_at(at), document.data() + document.size()), text);
+    }
+    return text;
 }
 
-xml_element_queue::node xml_element_queue::pop_node()
+unsigned long xml_element_queue::line_of(std::size_t position)
 {
-    node popped = std::move(front_node());
-    m_node = node();
-    pop();
-    return popped;
+    if (position == m_changed) return m_changed_line;
+    const char* const begin = m_document.index.begin_at(position);
+    const std::size_t lines = count_lines(m_counted, begin);
+    if (lines != 0) {
+        m_line += static_cast<unsigned long>(lines);
+        m_line_begin = begin;
+        while (m_line_begin[-1] != '\n') --m_line_begin;
+    }
+    m_counted = begin;
+    return m_line;
 }
 
 }  // namespace NUVEK_2_18::parser

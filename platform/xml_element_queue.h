@@ -1,77 +1,73 @@
-// Internal: a parser's queue, for readers that can do without whole nodes.
+// Internal: the elements of a checked document as a queue, which is a position in the document's index.
 //
-// A node's strings and lists cost more than everything else that a table's load does, so the tables look at elements
-// where they stand in the text. What they take is what a host would have taken as nodes from the same queue.
+// A node's strings and lists cost more than everything else that a table's load does, so the tables read elements, which
+// are views. A host takes nodes off the same queue.
 #pragma once
 
 #include <cstddef>
 
-#include "platform/xml_element_reader.h"
-#include "platform/xml_stream_parser.h"
+#include "platform/ustring.h"
+#include "platform/xml_document.h"
+#include "platform/xml_element.h"
 
 namespace NUVEK_2_18::parser {
 
 class xml_element_queue
 {
 public:
-    using node = xml_stream_parser::node;
-
-    // A place in the queue, to go back to.
-    struct mark
-    {
-        xml_element_reader::place place;
-        std::size_t waiting;
-    };
-
-    // The queue of a parser. The parser's own operations work on the same one.
-    static xml_element_queue& of(xml_stream_parser& parser);
-
     xml_element_queue() = default;
-    xml_element_queue(const xml_element_reader& reader, std::size_t elements, bool can_go_back);
+    explicit xml_element_queue(xml_document document);
 
-    bool empty() const { return m_waiting == 0; }
+    bool empty() const { return m_position == m_document.index.size(); }
 
-    // How many elements wait.
-    std::size_t size() const { return m_waiting; }
-
-    // The next element, left in the queue, which is not empty. Its attributes go with it, the views in it stay as long
-    // as the document, but for those of an element that was handed out as a node before.
+    // The next element, left in the queue, which is not empty. Valid until pop(); its views hold as long as the document.
     const xml_element& front()
     {
-        if (!m_is_front_read || m_is_node_made) look_at_front();
+        if (!m_is_front_read) read_front();
         return m_front;
     }
-    void pop()
-    {
-        m_is_front_read = false;
-        m_is_node_made = false;
-        if (m_waiting != 0) --m_waiting;
-    }
 
-    // The line at which the front element begins, or one that was in front since a line was last asked for.
-    unsigned long line_of(const char* begin) { return m_reader.line_of(begin); }
+    // Whether nothing follows the front element.
+    bool is_last();
 
-    // Whether the front element can be gone back to; and doing so.
-    bool can_mark() { return m_can_go_back && !m_is_node_made && front().form == xml_element::kind::whole; }
-    mark front_mark() { return {m_reader.place_of(front()), m_waiting}; }
-    void go_to(const mark& there);
+    // The front element, to change it; and the line that it has from then on. What its new views refer to must hold as
+    // long as they are used.
+    xml_element& change_front(unsigned long line);
 
-    // The front element as a node, made on demand; a default node when there is none.
-    node& front_node();
-    node pop_node();
+    void pop();
+
+    // The number of the front element, which grows from element to element; and going back to an earlier element.
+    std::size_t position() const { return m_position; }
+    void go_back(std::size_t position);
+
+    // How many elements are open around the front element.
+    std::size_t depth();
+
+    // The text of the front element, which has data.
+    strings::ustring8 data();
+
+    // The line of the element at the position, counted from 1; and then its column, in bytes from 1. Elements must be
+    // asked for in the order of the document.
+    unsigned long line_of(std::size_t position);
+    std::size_t column() const { return static_cast<std::size_t>(m_counted - m_line_begin) + 1; }
 
 private:
-    void make_node();
-    void look_at_front();
-    void look_at_node();
+    void read_front();
 
-    xml_element_reader m_reader;
-    std::size_t m_waiting = 0;
-    bool m_can_go_back = false;
+    xml_document m_document;
+    std::size_t m_position = 0;
+    std::size_t m_open = 0;  // elements that are open before the front element
     xml_element m_front;
     bool m_is_front_read = false;
-    node m_node;
-    bool m_is_node_made = false;
+    std::size_t m_next = 0;  // the position after the front element, once that is read
+
+    std::size_t m_changed = static_cast<std::size_t>(-1);  // the position of the element that was changed last
+    unsigned long m_changed_line = 0;
+
+    // How far lines were counted.
+    const char* m_counted = nullptr;
+    unsigned long m_line = 1;
+    const char* m_line_begin = nullptr;
 };
 
 }  // namespace NUVEK_2_18::parser

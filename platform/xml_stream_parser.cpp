@@ -1,11 +1,67 @@
 #include "platform/xml_stream_parser.h"
 
-#include "platform/byte_runs.h"
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+
+#include "platform/parser_elements.h"
 #include "platform/text_file.h"
 #include "platform/xml_document.h"
 #include "platform/xml_element_queue.h"
 
 namespace NUVEK_2_18::parser {
+
+namespace {
+
+xml_stream_parser::error_type error_of(const xml_document& document)
+{
+    switch (document.fault) {
+        case xml_fault::none:
+            return document.is_complete ? xml_stream_parser::end_of_file : xml_stream_parser::incomplete;
+        case xml_fault::end_tag_mismatch:
+            return xml_stream_parser::end_tag_mismatch;
+        case xml_fault::attribute_redefined:
+            return xml_stream_parser::attribute_redefined;
+        case xml_fault::unexpected_character:
+            return xml_stream_parser::unexpected_character;
+        case xml_fault::missing_quote:
+            return xml_stream_parser::missing_quote;
+        case xml_fault::unknown_entity:
+            return xml_stream_parser::unknown_entity;
+        case xml_fault::missing_equal:
+            return xml_stream_parser::missing_equal;
+        case xml_fault::unreadable:
+            break;
+        case xml_fault::no_declaration:
+            return xml_stream_parser::no_xml_header;
+        case xml_fault::no_root:
+            return xml_stream_parser::no_root_tag;
+    }
+    return xml_stream_parser::fatal_error;
+}
+
+std::uint32_t limited(std::size_t number)
+{
+    return static_cast<std::uint32_t>(std::min<std::size_t>(number, std::numeric_limits<std::uint32_t>::max()));
+}
+
+xml_stream_parser::node make_node(xml_element_queue& queue)
+{
+    const xml_element& element = queue.front();
+    const bool goes_on = element.form == xml_element::kind::opening;
+    xml_stream_parser::node made;
+    made.status = goes_on ? xml_stream_parser::incomplete : xml_stream_parser::no_error;
+    made.closing = element.form == xml_element::kind::closing;
+    made.tag = element.tag;
+    made.line = queue.line_of(queue.position());
+    made.column = limited(queue.column());
+    made.depth = limited(queue.depth());
+    for (const xml_attribute& each : element.attributes) made.attributes.emplace_back(each.name, each.value.text());
+    if (element.has_data()) made.data = queue.data();
+    return made;
+}
+
+}  // namespace
 
 struct xml_stream_parser::state
 {
@@ -17,31 +73,56 @@ struct xml_stream_parser::state
 
     void parse()
     {
-        error = fatal_error;  // stands if memory runs out on the way
-        document = file.read();
-        const checked_document checked = check_document(document, is_header_optional);
-        if (checked.outcome != end_of_file && checked.outcome != incomplete) {
-            const char* const begin = document.text.data();
-            fault_line = 1 + static_cast<unsigned long>(count_lines(begin, begin + checked.fault_position));
+        error = fatal_error;  // stays if memory runs out on the way
+        xml_document document = check_document(file.read(), is_header_optional);
+        const error_type outcome = error_of(document);
+        fault_line = static_cast<unsigned long>(document.fault_line);
+        queue = xml_element_queue(std::move(document));
+        error = outcome;
+    }
+
+    bool is_front_handed_out() const { return handed_out != nullptr && handed_out_position == queue.position(); }
+
+    node next_node() { return queue.empty() ? node() : make_node(queue); }
+
+    node& front()
+    {
+        if (queue.empty() || !is_front_handed_out()) {
+            handed_out = std::make_unique<node>(next_node());
+            handed_out_position = queue.position();
         }
-        // What lies behind is never read again, and the zero bytes that end the text keep the reader from it.
-        document.text.resize(checked.sound_size);
-        const xml_element_reader reader(document.text.view(), checked.has_mixed_text);
-        queue = xml_element_queue(reader, checked.nodes, !checked.has_mixed_text);
-        error = checked.outcome;
+        return *handed_out;
+    }
+
+    node pop()
+    {
+        node popped = is_front_handed_out() ? std::move(*handed_out) : next_node();
+        handed_out.reset();
+        if (!queue.empty()) queue.pop();
+        return popped;
     }
 
     text_file file;
     bool is_header_optional;
     error_type error = no_error;
     unsigned long fault_line = 0;
-    document_text document;
     xml_element_queue queue;
+    std::unique_ptr<node> handed_out;  // the last node that the host looked at in the queue, and perhaps changed
+    std::size_t handed_out_position = 0;
 };
 
-xml_element_queue& xml_element_queue::of(xml_stream_parser& parser)
+xml_element_queue& elements_of(xml_stream_parser& parser)
 {
-    return parser.m_state->queue;
+    xml_stream_parser::state& state = *parser.m_state;
+    if (!state.queue.empty() && state.is_front_handed_out()) {
+        const xml_stream_parser::node& node = *state.handed_out;
+        xml_element& element = state.queue.change_front(node.line);
+        element.tag = node.tag;
+        element.texts = node.data.empty() ? 0 : 1;
+        element.attributes.clear();
+        for (const auto& [name, value] : node.attributes) element.attributes.push_back({name, {value, true}});
+    }
+    return state.queue;
 }
 
 xml_stream_parser::xml_stream_parser(const strings::ustring16& path, unsigned int options)
@@ -74,12 +155,12 @@ bool xml_stream_parser::node_queue_empty() const
 
 xml_stream_parser::node& xml_stream_parser::node_queue_front()
 {
-    return m_state->queue.front_node();
+    return m_state->front();
 }
 
 xml_stream_parser::node xml_stream_parser::node_queue_pop()
 {
-    return m_state->queue.pop_node();
+    return m_state->pop();
 }
 
 }  // namespace NUVEK_2_18::parser

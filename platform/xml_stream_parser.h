@@ -40,6 +40,8 @@
 
 namespace NUVEK_2_18::parser {
 
+class xml_element_queue;
+
 class DATA_MAPPER4_API xml_stream_parser
 {
 public:
@@ -111,8 +113,8 @@ public:
     node node_queue_pop();
 
 private:
-    friend class xml_element_queue;
     struct state;
+    friend xml_element_queue& elements_of(xml_stream_parser& parser);  // for the library's tables
     std::unique_ptr<state> m_state;
 };
 

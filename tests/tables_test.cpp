@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "data_mapper/attrib_schema.h"
-#include "data_mapper/item_batch.h"
+#include "data_mapper/item_reader.h"
 #include "data_mapper/map_collection.h"
 #include "documents.h"
 
@@ -275,15 +275,18 @@ TEST(Tables, ANodeInFrontIsReadAnew)
     EXPECT_TRUE(map.m_error.line() == 2 && map.m_items.read().size() == 2 && map.m_items.read().count("e") == 1);
 }
 
-TEST(Tables, ABatchIsNotSorted)
+TEST(Tables, ABatchIsSorted)
 {
     std::vector<ustring8> keys;
     for (std::size_t i = 0; i < 900; ++i)
         keys.push_back(std::string(i % 40, i % 3 == 0 ? '\xC3' : 'z') + std::to_string(i * 7919 % 251));
-    std::vector<gathered_item> items;
-    for (const ustring8& key : keys) items.push_back({key, 0, 0, 0});
-    sort_by_key(items);
-    EXPECT_TRUE(std::is_sorted(items.begin(), items.end(), [](auto& a, auto& b) { return a.key < b.key; }));
+    item_batch batch;
+    for (const ustring8& key : keys) batch.add({key, true}, 0, 0);
+    batch.sort();
+    const auto is_less = [&](auto& a, auto& b) {
+        return std::pair(batch.items[a.item].key, a.item) < std::pair(batch.items[b.item].key, b.item);
+    };
+    EXPECT_TRUE(std::is_sorted(batch.sorted.begin(), batch.sorted.end(), is_less) && batch.sorted.size() == 900);
 }
 
 TEST(Tables, ABatchAddsOtherItems)

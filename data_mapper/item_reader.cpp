@@ -1,0 +1,249 @@
+#include "data_mapper/item_reader.h"
+
+#include <algorithm>
+
+#include "platform/parser_elements.h"
+
+namespace data_mapper4 {
+
+namespace {
+
+// A batch may hold as many items and values together as this, or as a part of what the table held before, so that its
+// memory stays small beside the table's.
+constexpr std::size_t smallest_batch = 16384;
+constexpr std::size_t part_of_table = 4;
+
+// The first bytes of a key as a number that has their order. Zeros are put for those that are missing: no key contains
+// one.
+std::uint64_t first_bytes(std::string_view key)
+{
+    constexpr std::size_t size = sizeof(std::uint64_t);
+    std::uint64_t bytes = 0;
+    if (key.size() >= size) {
+        // One load for the compiler.
+        for (std::size_t i = 0; i < size; ++i) bytes = bytes << 8 | static_cast<unsigned char>(key[i]);
+        return bytes;
+    }
+    for (const char byte : key) bytes = bytes << 8 | static_cast<unsigned char>(byte);
+    return key.empty() ? 0 : bytes << 8 * (size - key.size());
+}
+
+const xml_value& name_of(const xml_element& element)
+{
+    return element.attributes.front().value;
+}
+
+// The first attribute is "name", the others are as the form allows, and there is no text.
+bool has_form(const xml_element& element, item_form form)
+{
+    const auto& attributes = element.attributes;
+    if (attributes.empty() || attributes.front().name != "name") return false;
+    if (form == item_form::name_only && attributes.size() != 1) return false;
+    return !element.has_data();
+}
+
+}  // namespace
+
+std::size_t item_batch::value_count(std::size_t item) const
+{
+    const std::size_t end = item + 1 == items.size() ? values.size() : items[item + 1].first_value;
+    return end - items[item].first_value;
+}
+
+void item_batch::add(const xml_value& key, std::size_t position, std::size_t schema_size)
+{
+    std::string_view text = key.raw;
+    if (!key.is_plain) {
+        text = normalised_keys.emplace_front(key.normalised());
+        normalised_bytes += text.size();
+    }
+    items.push_back({text, position, values.size(), schema_size, true});
+}
+
+// Stable, so that items of one name stay in the order of the document.
+void item_batch::sort()
+{
+    sorted.clear();
+    const auto is_less = [this](const by_key& a, const by_key& b) {
+        if (a.first_bytes != b.first_bytes) return a.first_bytes < b.first_bytes;
+        const int keys = items[a.item].key.compare(items[b.item].key);
+        return keys != 0 ? keys < 0 : a.item < b.item;
+    };
+    for (std::size_t i = 0; i < items.size(); ++i) sorted.push_back({first_bytes(items[i].key), i});
+    if (!std::is_sorted(sorted.begin(), sorted.end(), is_less)) std::sort(sorted.begin(), sorted.end(), is_less);
+}
+
+void item_batch::clear()
+{
+    items.clear();
+    values.clear();
+    normalised_keys.clear();
+    normalised_bytes = 0;
+}
+
+item_reader::item_reader(map_type type, xml_stream_parser& parser, attrib_schema& schema, map_error_t& error)
+    : m_kind(*find_kind(type)), m_queue(elements_of(parser)), m_schema(schema), m_error(error)
+{
+    m_error.type(map_error_t::no_error);
+}
+
+bool item_reader::gather()
+{
+    const std::size_t most = std::max(smallest_batch, m_gathered / part_of_table);
+    m_batch.clear();
+    while (!m_is_over && m_batch.size() < most) read_item();
+    m_batch.sort();
+    m_gathered += m_batch.size();
+    return !m_batch.items.empty();
+}
+
+void item_reader::end_at_duplicate(const gathered_item& item)
+{
+    m_queue.go_back(item.position);
+    note_line();
+    end(map_error_t::duplicate_item);
+    m_queue.pop();
+    // What the elements after the item added to it.
+    m_schema.resize(item.schema_size);
+}
+
+map_error_t item_reader::result()
+{
+    if (m_has_line) m_error.line(m_queue.line_of(m_line_position));
+    return m_error;
+}
+
+bool item_reader::is_waiting(std::string_view tag)
+{
+    return !m_queue.empty() && m_queue.front().tag == tag;
+}
+
+// The line becomes that of the element in front.
+void item_reader::note_line()
+{
+    m_has_line = true;
+    m_line_position = m_queue.position();
+}
+
+// Code and line become those of the result.
+void item_reader::set_row_result(const map_error_t& result)
+{
+    m_has_line = false;
+    m_error = result;
+}
+
+void item_reader::end(map_error_t::result_type type)
+{
+    m_error.type(type);
+    m_is_over = true;
+}
+
+// item = <item name="KEY"/>      KEY is not empty and new to the map
+//
+// A faulty item ends the load. So does an element that is no item, without a fault.
+void item_reader::read_item()
+{
+    if (m_kind.line == line_rule::next && !m_queue.empty()) note_line();
+    m_is_over = !is_waiting("item");
+    if (m_is_over) return;
+    note_line();
+    const xml_element& item = m_queue.front();
+    const bool is_sound = has_form(item, m_kind.item) && !name_of(item).empty() &&
+                          (m_kind.item == item_form::name_and_attributes || !m_queue.is_last());
+    if (!is_sound) {
+        end(map_error_t::invalid_format);
+        m_queue.pop();
+        return;
+    }
+    m_batch.add(name_of(item), m_queue.position(), m_schema.size());
+    const bool is_kept = read_args();
+    m_batch.items.back().is_kept = is_kept;
+}
+
+// Takes the item in front and what belongs to it. False if the item is not kept.
+bool item_reader::read_args()
+{
+    if (m_kind.args == arg_form::none) {
+        const bool is_sound = read_row();
+        m_is_over = !is_sound;
+        m_queue.pop();
+        return is_sound;
+    }
+    m_queue.pop();
+    switch (m_kind.args) {
+        case arg_form::text:
+            return read_text();
+        case arg_form::texts:
+            return read_texts();
+        default:
+            return read_rows();
+    }
+}
+
+// arg?      arg = <arg name="TEXT"/>, TEXT may be empty; without an arg the text is empty
+bool item_reader::read_text()
+{
+    m_batch.values.emplace_back();
+    if (!is_waiting("arg")) return true;
+    const xml_element& arg = m_queue.front();
+    const bool is_sound = has_form(arg, item_form::name_only);
+    if (is_sound) m_batch.values.back() = name_of(arg);
+    if (!is_sound) end(map_error_t::invalid_format);
+    m_queue.pop();
+    return is_sound;
+}
+
+// arg*      arg = <arg name="TEXT"/>, TEXT not empty
+bool item_reader::read_texts()
+{
+    for (bool is_sound = true; is_sound && is_waiting("arg"); m_queue.pop()) {
+        note_line();
+        const xml_element& arg = m_queue.front();
+        is_sound = has_form(arg, item_form::name_only) && !name_of(arg).empty();
+        if (is_sound) m_batch.values.push_back(name_of(arg));
+        if (!is_sound) m_error.type(map_error_t::invalid_format);
+    }
+    return true;
+}
+
+// arg*      arg = <arg name="SET" .../>, SET not empty: its attributes are a row
+bool item_reader::read_rows()
+{
+    for (bool is_sound = true; is_sound && is_waiting("arg"); m_queue.pop()) {
+        note_line();
+        const xml_element& arg = m_queue.front();
+        is_sound = has_form(arg, item_form::name_and_attributes) && !name_of(arg).empty();
+        if (!is_sound) m_error.type(map_error_t::invalid_format);
+        is_sound = is_sound && read_row();
+    }
+    return m_error.type() == map_error_t::no_error;
+}
+
+// The attributes of the element in front. The first sound row of a load also gives the schema.
+bool item_reader::read_row()
+{
+    const xml_element& element = m_queue.front();
+    if (!m_is_schema_read) {
+        set_row_result(read_attrib_names(element, m_schema, false));
+        m_is_schema_read = m_error.type() == map_error_t::no_error;
+        if (!m_is_schema_read) return false;
+    }
+    set_row_result(read_attrib_values(element, m_schema, m_batch.values));
+    return m_error.type() == map_error_t::no_error;
+}
+
+std::vector<ustring8> texts_of(const xml_value* values, std::size_t size)
+{
+    std::vector<ustring8> texts;
+    texts.reserve(size);
+    for (const xml_value* value = values; value != values + size; ++value) {
+        if (value->is_plain) {
+            texts.emplace_back(value->raw);
+        } else {
+            texts.push_back(value->normalised());
+        }
+    }
+    return texts;
+}
+
+}  // namespace data_mapper4

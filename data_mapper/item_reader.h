@@ -1,0 +1,109 @@
+// Internal: the item grammar of all kinds of map, read off a parser's queue into batches.
+//
+//     content = (item arg*)*     a run of elements in the queue, whatever their nesting in the document
+//     item    = <item name="KEY"/>
+//     arg     = <arg name="VALUE"/>
+//
+// map_kind.h says what differs from kind to kind. Whether a key is new to the table is for item_loader.h to find out,
+// for a whole batch at once.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <forward_list>
+#include <string_view>
+#include <vector>
+
+#include "data_mapper/attrib_schema.h"
+#include "data_mapper/map_error_t.h"
+#include "data_mapper/map_kind.h"
+#include "platform/xml_element_queue.h"
+#include "platform/xml_stream_parser.h"
+
+namespace data_mapper4 {
+
+using NUVEK_2_18::parser::xml_element;
+using NUVEK_2_18::parser::xml_element_queue;
+using NUVEK_2_18::parser::xml_stream_parser;
+using NUVEK_2_18::parser::xml_value;
+
+struct gathered_item
+{
+    std::string_view key;
+    std::size_t position;     // in the queue
+    std::size_t first_value;  // in the batch; its values end where those of the next item begin
+    std::size_t schema_size;  // names in the schema before the item
+    bool is_kept;             // false for an item that is faulty or dropped: only its key counts
+};
+
+// Items of a map in the order of the document, and in the order of their keys.
+struct item_batch
+{
+    struct by_key
+    {
+        std::uint64_t first_bytes;  // of the key, as a number with their order
+        std::size_t item;           // its number in the batch
+    };
+
+    std::vector<gathered_item> items;
+    std::vector<xml_value> values;
+    std::vector<by_key> sorted;
+    std::forward_list<ustring8> normalised_keys;  // those that are not in the text as they are
+    std::size_t normalised_bytes = 0;
+
+    // Items and values; of normalised keys, so many bytes count as one.
+    static constexpr std::size_t key_bytes = 16;
+    std::size_t size() const { return items.size() + values.size() + normalised_bytes / key_bytes; }
+    std::size_t value_count(std::size_t item) const;
+    void add(const xml_value& key, std::size_t position, std::size_t schema_size);
+    void sort();
+    void clear();
+};
+
+class item_reader
+{
+public:
+    // The schema is that of the map, used only where there are rows. The error is the result of the load before, whose
+    // line stays until there is another one.
+    item_reader(map_type type, xml_stream_parser& parser, attrib_schema& schema, map_error_t& error);
+
+    // Gathers the next items of the content, sorted. False if there are none.
+    bool gather();
+    const item_batch& batch() const { return m_batch; }
+
+    // Ends the load where the item was read, because its name is not new.
+    void end_at_duplicate(const gathered_item& item);
+
+    // Ends the load with this code.
+    void end(map_error_t::result_type type);
+
+    // Sets the line of the result, which is then complete, and gives it.
+    map_error_t result();
+
+private:
+    bool is_waiting(std::string_view tag);
+    void note_line();
+    void set_row_result(const map_error_t& result);
+    void read_item();
+    bool read_args();
+    bool read_text();
+    bool read_texts();
+    bool read_rows();
+    bool read_row();
+
+    const map_kind& m_kind;
+    xml_element_queue& m_queue;
+    attrib_schema& m_schema;
+    map_error_t& m_error;
+    bool m_is_schema_read = false;
+    bool m_is_over = false;
+    bool m_has_line = false;          // whether an element gives the line,
+    std::size_t m_line_position = 0;  // and which one
+    std::size_t m_gathered = 0;       // items and values of all batches
+    item_batch m_batch;
+};
+
+// The normalised values.
+std::vector<ustring8> texts_of(const xml_value* values, std::size_t size);
+
+}  // namespace data_mapper4

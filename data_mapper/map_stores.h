@@ -1,0 +1,59 @@
+// Internal: the stores of a collection, by the kind of map.
+#pragma once
+
+#include <vector>
+
+#include "data_mapper/map_collection.h"
+
+// Keeps what is nested in an exported class from being exported with it.
+#if defined(_WIN32)
+#define DATA_MAPPER4_HIDDEN
+#else
+#define DATA_MAPPER4_HIDDEN __attribute__((visibility("hidden")))
+#endif
+
+namespace data_mapper4 {
+
+struct DATA_MAPPER4_HIDDEN map_collection::stores
+{
+    // Calls `use` with the store for maps of this type, and gives its answer: a default one for MT_UNKNOWN.
+    template <class function>
+    static auto visit(map_collection& maps, map_type type, function use)
+    {
+        switch (type) {
+            case MT_SIMPLE:
+                return use(maps.m_simple_maps);
+            case MT_COLLECTION:
+                return use(maps.m_collection_maps);
+            case MT_VECTOR:
+                return use(maps.m_vector_maps);
+            case MT_VECTOR_COLLECTION:
+                return use(maps.m_vector_collection_maps);
+            case MT_UNKNOWN:
+                break;
+        }
+        return decltype(use(maps.m_simple_maps))();
+    }
+
+    // Calls `use` with the table of this name, and gives its answer: a default one if there is no such table. An
+    // assignment that ran out of memory may leave a name in the registry whose table is missing.
+    template <class function>
+    static auto visit_table(map_collection& maps, const ustring8& map_name, function use)
+    {
+        return visit(maps, maps.type(map_name), [&](auto& store) {
+            const auto found = store.find(map_name);
+            return found == store.end() ? decltype(use(found->second))() : use(found->second);
+        });
+    }
+
+    // The attribute names of a table, or nullptr for a kind that has none.
+    template <class table>
+    static const std::vector<ustring8>* names_of(const table& /*map*/)
+    {
+        return nullptr;
+    }
+    static const std::vector<ustring8>* names_of(const collection_map_t& map) { return &map.m_attrib_names; }
+    static const std::vector<ustring8>* names_of(const vector_collection_map_t& map) { return &map.m_attrib_names; }
+};
+
+}  // namespace data_mapper4

@@ -1,0 +1,86 @@
+// Internal: a place in a document's text, and the small pieces that all markup consists of.
+//
+// Each take function takes one piece. True: the cursor is after it. False: a fault; fault() names it and the cursor is
+// where it was found.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "platform/byte_runs.h"
+#include "platform/xml_characters.h"
+#include "platform/xml_fault.h"
+
+namespace NUVEK_2_18::parser {
+
+class xml_cursor
+{
+public:
+    // The text must outlive the cursor and have zero bytes after it, as a text_buffer's has: no production of XML
+    // matches a zero byte, so no scan needs to look for the end. Where the text was cut because it could not be decoded
+    // further, `fault_at_end` is the fault to report there.
+    explicit xml_cursor(std::string_view text, xml_fault fault_at_end = xml_fault::none)
+        : m_at(text.data()), m_end(m_at + text.size()), m_fault_at_end(fault_at_end)
+    {
+    }
+
+    const char* at() const { return m_at; }
+    void go_to(const char* at) { m_at = at; }
+    char operator*() const { return *m_at; }
+    bool is_at_end() const { return m_at == m_end; }
+    xml_fault fault() const { return m_fault; }
+
+    // Reports a fault at the cursor. One that is found where the text ends is the text's own, if it has one.
+    bool fail(xml_fault fault);
+    bool fail_at(const char* at, xml_fault fault)
+    {
+        m_at = at;
+        return fail(fault);
+    }
+
+    bool sees(std::string_view literal) const;
+    bool take(std::string_view literal);
+
+    // Takes everything up to and including the terminator; `content` is what precedes it.
+    bool take_until(std::string_view terminator, std::string_view& content);
+
+    // S?, and S
+    void skip_space()
+    {
+        while (is_space(*m_at)) ++m_at;
+    }
+    bool take_space();
+
+    // Name = NameStartChar NameChar*
+    bool take_name(std::string_view& name)
+    {
+        const char* const begin = m_at;
+        if (is_byte(*m_at, name_start_byte)) m_at = skip_name_bytes(m_at + 1);
+        if (is_non_ascii(*m_at)) skip_non_ascii_name(begin);
+        name = view(begin, m_at);
+        return !name.empty() || fail(xml_fault::unexpected_character);
+    }
+
+    // Eq = S? '=' S?
+    bool take_equal()
+    {
+        skip_space();
+        if (*m_at != '=') return fail(is_at_end() ? xml_fault::unexpected_character : xml_fault::missing_equal);
+        ++m_at;
+        skip_space();
+        return true;
+    }
+
+    // A literal in either kind of quotes, its content unchecked. `missing` is the fault if either quote is not there.
+    bool take_quoted(std::string_view& content, xml_fault missing);
+
+private:
+    void skip_non_ascii_name(const char* begin);
+
+    const char* m_at;
+    const char* m_end;
+    xml_fault m_fault_at_end;
+    xml_fault m_fault = xml_fault::none;
+};
+
+}  // namespace NUVEK_2_18::parser
