@@ -74,6 +74,7 @@ struct xml_stream_parser::state
     void parse()
     {
         error = fatal_error;  // stays if memory runs out on the way
+        handed_out.reset();
         xml_document document = check_document(file.read(), is_header_optional);
         const error_type outcome = error_of(document);
         fault_line = static_cast<unsigned long>(document.fault_line);
@@ -81,13 +82,16 @@ struct xml_stream_parser::state
         error = outcome;
     }
 
-    bool is_front_handed_out() const { return handed_out != nullptr && handed_out_position == queue.position(); }
+    bool is_front_handed_out() const
+    {
+        return !queue.empty() && handed_out != nullptr && handed_out_position == queue.position();
+    }
 
     node next_node() { return queue.empty() ? node() : make_node(queue); }
 
     node& front()
     {
-        if (queue.empty() || !is_front_handed_out()) {
+        if (!is_front_handed_out()) {
             handed_out = std::make_unique<node>(next_node());
             handed_out_position = queue.position();
         }
@@ -114,7 +118,7 @@ struct xml_stream_parser::state
 xml_element_queue& elements_of(xml_stream_parser& parser)
 {
     xml_stream_parser::state& state = *parser.m_state;
-    if (!state.queue.empty() && state.is_front_handed_out()) {
+    if (state.is_front_handed_out()) {
         const xml_stream_parser::node& node = *state.handed_out;
         xml_element& element = state.queue.change_front(node.line);
         element.tag = node.tag;
