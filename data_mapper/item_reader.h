@@ -50,6 +50,7 @@ struct item_batch
     std::vector<by_key> sorted;
     std::forward_list<ustring8> normalised_keys;  // those that are not in the text as they are
     std::size_t normalised_bytes = 0;
+    bool is_in_order = true;  // whether each key is greater than the one before it
 
     // Items and values; of normalised keys, so many bytes count as one.
     static constexpr std::size_t key_bytes = 16;
@@ -81,7 +82,8 @@ public:
     map_error_t result();
 
 private:
-    bool is_waiting(std::string_view tag);
+    template <std::size_t size>
+    bool is_waiting(const char (&tag)[size]);
     void note_line();
     void set_row_result(const map_error_t& result);
     void read_item();

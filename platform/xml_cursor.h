@@ -26,6 +26,7 @@ public:
 
     const char* at() const { return m_at; }
     void go_to(const char* at) { m_at = at; }
+    void skip(std::size_t bytes) { m_at += bytes; }
     char operator*() const { return *m_at; }
     bool is_at_end() const { return m_at == m_end; }
     xml_fault fault() const { return m_fault; }
@@ -47,7 +48,9 @@ public:
     // S?, and S
     void skip_space()
     {
-        while (is_space(*m_at)) ++m_at;
+        const char* at = m_at;  // a local one: the compiler would store the member for every character
+        while (is_space(*at)) ++at;
+        m_at = at;
     }
     bool take_space();
 
@@ -55,10 +58,10 @@ public:
     bool take_name(std::string_view& name)
     {
         const char* const begin = m_at;
-        if (is_byte(*m_at, name_start_byte)) m_at = skip_name_bytes(m_at + 1);
+        if (is_byte(*begin, name_start_byte)) m_at = skip_name_bytes(begin + 1);
         if (is_non_ascii(*m_at)) skip_non_ascii_name(begin);
         name = view(begin, m_at);
-        return !name.empty() || fail(xml_fault::unexpected_character);
+        return m_at != begin || fail(xml_fault::unexpected_character);
     }
 
     // Eq = S? '=' S?

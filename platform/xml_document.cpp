@@ -69,7 +69,7 @@ private:
     bool report(xml_fault fault)
     {
         m_fault = fault;
-        end_stretch(m_begin);
+        end_stretch();
         return false;
     }
 
@@ -126,11 +126,12 @@ private:
     bool take_start_tag()
     {
         if (is_outside() && m_has_root) return report(xml_fault::unexpected_character);
-        if (!taken(m_reader.take(m_cursor, m_element))) return false;
-        end_stretch(m_begin);
-        const bool is_empty = m_element.form == xml_element::kind::whole;
-        if (!is_empty) open();
-        m_index.add(m_element);
+        end_stretch();
+        const std::size_t position = m_index.size();
+        if (!taken(parser::take_start_tag(m_cursor, m_index))) return false;
+        const bool is_empty = m_index.form_at(position) == xml_element::kind::whole;
+        if (!is_empty) open(position);
+        m_stretch = m_cursor.at();
         m_has_root = true;
         m_has_child = is_empty;
         return true;
@@ -138,28 +139,27 @@ private:
 
     bool take_end_tag()
     {
-        if (!taken(parser::take_end_tag(m_cursor, m_element.tag))) return false;
-        const bool matches = !is_outside() && m_index.tag_at(m_open.back()) == m_element.tag;
+        std::string_view name;
+        if (!taken(parser::take_end_tag(m_cursor, name))) return false;
+        const bool matches = !is_outside() && m_index.name_at(m_open.back()) == name;
         if (!matches) return report_at(m_begin, xml_fault::end_tag_mismatch);
-        end_stretch(m_begin);
-        close();
+        end_stretch();
+        close(name);
+        m_stretch = m_cursor.at();
         m_has_child = true;
         return true;
     }
 
-    void open()
+    void open(std::size_t position)
     {
-        m_open.push_back(m_index.size());
+        m_open.push_back(position);
         if (m_mode == text_after_child::collect) m_first_after_child.push_back({m_after_child.size(), true});
     }
 
-    void close()
+    void close(std::string_view name)
     {
         if (m_has_child) {
-            m_element.form = xml_element::kind::closing;
-            m_element.begin = m_begin;
-            m_element.attributes.clear();
-            m_index.add(m_element);
+            m_index.add(xml_element::kind::closing, m_begin, name);
         } else {
             m_index.set_form(m_open.back(), xml_element::kind::whole);
         }
@@ -176,16 +176,19 @@ private:
         m_first_after_child.pop_back();
     }
 
-    // A tag, a fault or the end ends a stretch of text; the next one begins after it.
-    void end_stretch(const char* at)
+    // A tag, a fault or the end ends the stretch of text before it.
+    void end_stretch()
+    {
+        if (!m_is_blank || m_mode == text_after_child::collect) note_stretch();
+        m_is_blank = true;
+    }
+
+    void note_stretch()
     {
         if (!m_has_child && !m_is_blank) m_index.add_text(m_stretch);
-        if (m_has_child && m_mode == text_after_child::collect && !is_outside() && at != m_stretch) {
-            m_after_child.push_back(m_stretch);
-            m_first_after_child.back().are_blank &= m_is_blank;
-        }
-        m_stretch = m_cursor.at();
-        m_is_blank = true;
+        if (!m_has_child || is_outside() || m_begin == m_stretch) return;
+        m_after_child.push_back(m_stretch);
+        m_first_after_child.back().are_blank &= m_is_blank;
     }
 
     bool take_doctype()
@@ -199,7 +202,7 @@ private:
     {
         if (m_fault_at_end != xml_fault::none) return report(m_fault_at_end);
         if (!m_has_root) return report(xml_fault::no_root);
-        end_stretch(m_begin);
+        end_stretch();
         return true;
     }
 
@@ -212,8 +215,6 @@ private:
     text_after_child m_mode;
     const char* m_document;
     xml_cursor m_cursor;
-    start_tag_reader m_reader;
-    xml_element m_element;
     xml_fault m_fault_at_end;
     xml_fault m_fault = xml_fault::none;
     xml_index m_index;

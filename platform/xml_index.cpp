@@ -28,31 +28,19 @@ constexpr unsigned value_shift = gap_shift + gap_bits;
 constexpr unsigned value_bits = 64 - value_shift;
 constexpr std::size_t least_gap = 2;
 
-enum class word_kind : unsigned
-{
-    whole,
-    opening,
-    closing,
-    text,
-    attribute,
-    unnormalised_attribute,
-    wide_attribute,
-    unnormalised_wide_attribute,
-};
+// The kinds of words: an element's are its forms. Those of attributes that are to be normalised are one more.
+constexpr word text_kind = 3;
+constexpr word attribute_kind = 4;
+constexpr word wide_kind = 6;
 
 word bits(word from, unsigned shift, unsigned size)
 {
     return from >> shift & ((word{1} << size) - 1);
 }
 
-word_kind kind_of(word from)
+word kind_of(word from)
 {
-    return static_cast<word_kind>(bits(from, begin_bits, kind_bits));
-}
-
-bool is_attribute(word from)
-{
-    return kind_of(from) >= word_kind::attribute;
+    return bits(from, begin_bits, kind_bits);
 }
 
 std::size_t begin_of(word from)
@@ -60,10 +48,9 @@ std::size_t begin_of(word from)
     return static_cast<std::size_t>(bits(from, 0, begin_bits));
 }
 
-// How many characters precede an element's name: `<` or `</`.
-std::size_t name_offset(word_kind kind)
+std::size_t size_of(word from, unsigned shift, unsigned size)
 {
-    return kind == word_kind::closing ? 2 : 1;
+    return static_cast<std::size_t>(bits(from, shift, size));
 }
 
 }  // namespace
@@ -75,9 +62,9 @@ xml_index::xml_index(std::string_view text) : m_text(text)
     m_words.reserve(text.size() / 16);
 }
 
-word xml_index::begin_word(const char* begin, unsigned kind) const
+word xml_index::begin_word(const char* begin, word kind) const
 {
-    return static_cast<word>(begin - m_text.data()) | word{kind} << begin_bits;
+    return static_cast<word>(begin - m_text.data()) | kind << begin_bits;
 }
 
 xml_cursor xml_index::cursor_at(const char* at) const
@@ -85,35 +72,41 @@ xml_cursor xml_index::cursor_at(const char* at) const
     return xml_cursor(view(at, m_text.data() + m_text.size()));
 }
 
-void xml_index::add(const xml_element& element)
+void xml_index::add(xml_element::kind form, const char* begin, std::string_view tag)
 {
-    const word size = std::min<word>(element.tag.size(), element_limit);
-    m_words.push_back(begin_word(element.begin, static_cast<unsigned>(element.form)) | size << name_shift);
-    for (const xml_attribute& each : element.attributes) add_attribute(each);
+    const word size = std::min<word>(tag.size(), element_limit);
+    m_words.push_back(begin_word(begin, static_cast<word>(form)) | size << name_shift);
 }
 
-void xml_index::add_attribute(const xml_attribute& attribute)
+void xml_index::add(const xml_attribute& attribute)
 {
-    const auto [name, value] = attribute;
+    const auto& [name, value] = attribute;
     const auto gap = static_cast<std::size_t>(value.raw.data() - name.data()) - name.size() - least_gap;
-    const bool fits = name.size() >> name_bits == 0 && gap >> gap_bits == 0 && value.raw.size() >> value_bits == 0;
-    const unsigned wide =
-        static_cast<unsigned>(word_kind::wide_attribute) - static_cast<unsigned>(word_kind::attribute);
-    const unsigned kind = static_cast<unsigned>(word_kind::attribute) + (fits ? 0 : wide) + (value.is_plain ? 0 : 1);
-    word added = begin_word(name.data(), kind);
-    if (fits) added |= word{name.size()} << name_shift | word{gap} << gap_shift | word{value.raw.size()} << value_shift;
-    m_words.push_back(added);
+    const bool is_wide = (name.size() >> name_bits | gap >> gap_bits | value.raw.size() >> value_bits) != 0;
+    const word kind = (is_wide ? wide_kind : attribute_kind) + (value.is_plain ? 0U : 1U);
+    const word sizes = word{name.size()} << name_shift | word{gap} << gap_shift | word{value.raw.size()} << value_shift;
+    m_words.push_back(begin_word(name.data(), kind) | (is_wide ? 0 : sizes));
+}
+
+void xml_index::cut(std::size_t position)
+{
+    m_words.resize(position);
 }
 
 void xml_index::add_text(const char* begin)
 {
-    m_words.push_back(begin_word(begin, static_cast<unsigned>(word_kind::text)));
+    m_words.push_back(begin_word(begin, text_kind));
+}
+
+xml_element::kind xml_index::form_at(std::size_t position) const
+{
+    return static_cast<xml_element::kind>(kind_of(m_words[position]));
 }
 
 void xml_index::set_form(std::size_t position, xml_element::kind form)
 {
     word& head = m_words[position];
-    head ^= (static_cast<word>(kind_of(head)) ^ static_cast<word>(form)) << begin_bits;
+    head ^= (kind_of(head) ^ static_cast<word>(form)) << begin_bits;
 }
 
 const char* xml_index::begin_at(std::size_t position) const
@@ -121,43 +114,55 @@ const char* xml_index::begin_at(std::size_t position) const
     return m_text.data() + begin_of(m_words[position]);
 }
 
-std::string_view xml_index::tag_at(std::size_t position) const
+std::string_view xml_index::name_at(std::size_t position) const
 {
     const word head = m_words[position];
-    const char* const begin = begin_at(position) + name_offset(kind_of(head));
-    std::string_view name(begin, static_cast<std::size_t>(head >> name_shift));
-    if (name.size() == element_limit) cursor_at(begin).take_name(name);
+    const char* begin = begin_at(position);
+    if (kind_of(head) >= wide_kind) return wide_name(begin);
+    if (kind_of(head) >= attribute_kind) return {begin, size_of(head, name_shift, name_bits)};
+    begin += kind_of(head) == static_cast<word>(xml_element::kind::closing) ? 2 : 1;
+    const auto size = static_cast<std::size_t>(head >> name_shift);
+    return size == element_limit ? wide_name(begin) : std::string_view(begin, size);
+}
+
+std::string_view xml_index::wide_name(const char* begin) const
+{
+    std::string_view name;
+    cursor_at(begin).take_name(name);
     return name;
 }
 
 std::size_t xml_index::read(std::size_t position, xml_element& element) const
 {
-    element.form = static_cast<xml_element::kind>(kind_of(m_words[position]));
+    element.form = form_at(position);
     element.begin = begin_at(position);
-    element.tag = tag_at(position);
+    element.tag = name_at(position);
     element.attributes.clear();
     element.texts = 0;
     const std::size_t end = m_words.size();
-    for (++position; position != end && is_attribute(m_words[position]); ++position) {
+    for (++position; position != end && kind_of(m_words[position]) >= attribute_kind; ++position) {
         element.attributes.push_back(attribute_at(position));
     }
-    for (; position != end && kind_of(m_words[position]) == word_kind::text; ++position) ++element.texts;
+    for (; position != end && kind_of(m_words[position]) == text_kind; ++position) ++element.texts;
     return position;
 }
 
 xml_attribute xml_index::attribute_at(std::size_t position) const
 {
     const word head = m_words[position];
-    const word_kind kind = kind_of(head);
+    const word kind = kind_of(head);
     const char* const name = begin_at(position);
-    const auto size = static_cast<std::size_t>(bits(head, name_shift, name_bits));
-    const auto gap = static_cast<std::size_t>(bits(head, gap_shift, gap_bits));
+    if (kind >= wide_kind) return wide_attribute(name, kind == wide_kind);
+    const std::size_t size = size_of(head, name_shift, name_bits);
+    const char* const value = name + size + size_of(head, gap_shift, gap_bits) + least_gap;
+    return {{name, size}, {{value, static_cast<std::size_t>(head >> value_shift)}, kind == attribute_kind}};
+}
+
+xml_attribute xml_index::wide_attribute(const char* begin, bool is_plain) const
+{
     xml_attribute attribute;
-    attribute.name = {name, size};
-    attribute.value.raw = {name + size + gap + least_gap, static_cast<std::size_t>(head >> value_shift)};
-    attribute.value.is_plain = kind == word_kind::attribute || kind == word_kind::wide_attribute;
-    if (kind < word_kind::wide_attribute) return attribute;
-    xml_cursor cursor = cursor_at(name);
+    attribute.value.is_plain = is_plain;
+    xml_cursor cursor = cursor_at(begin);
     cursor.take_name(attribute.name);
     cursor.take_equal();
     cursor.take_quoted(attribute.value.raw, xml_fault::missing_quote);

@@ -23,32 +23,38 @@ public:
     // The index of this text, which must stay where it is. Throws std::length_error for a text of 1 TiB or more.
     explicit xml_index(std::string_view text);
 
-    // Adds the element and its attributes, all of them views of the text.
-    void add(const xml_element& element);
+    // Adds an element, and an attribute of the element that was added last.
+    void add(xml_element::kind form, const char* begin, std::string_view tag);
+    void add(const xml_attribute& attribute);
 
     // Adds a stretch of text to the element that was added last.
     void add_text(const char* begin);
 
-    // Changes the form of an element that is in the index.
+    // The form of the element at the position, and changing it.
+    xml_element::kind form_at(std::size_t position) const;
     void set_form(std::size_t position, xml_element::kind form);
+
+    // Takes away everything from the position on.
+    void cut(std::size_t position);
 
     // The position after the last element.
     std::size_t size() const { return m_words.size(); }
 
-    // Where the element at the position begins, and its tag.
+    // Where an element, an attribute or a stretch of text begins, and the name of one of the former two.
     const char* begin_at(std::size_t position) const;
-    std::string_view tag_at(std::size_t position) const;
+    std::string_view name_at(std::size_t position) const;
 
     // Reads the element at the position, and gives that of the next one. The element's stretches of text are the words
-    // before the latter; begin_at() says where each begins.
+    // before the latter.
     std::size_t read(std::size_t position, xml_element& element) const;
 
 private:
     using word = std::uint64_t;
 
-    word begin_word(const char* begin, unsigned kind) const;
-    void add_attribute(const xml_attribute& attribute);
+    word begin_word(const char* begin, word kind) const;
     xml_attribute attribute_at(std::size_t position) const;
+    std::string_view wide_name(const char* begin) const;
+    xml_attribute wide_attribute(const char* begin, bool is_plain) const;
     xml_cursor cursor_at(const char* at) const;
 
     std::string_view m_text;

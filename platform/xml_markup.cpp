@@ -1,6 +1,9 @@
 #include "platform/xml_markup.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "platform/byte_runs.h"
 #include "platform/xml_characters.h"
@@ -23,6 +26,86 @@ std::uint64_t first_bytes(std::string_view name)
     return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
 }
 
+// The first name that repeats an earlier one, of the attributes at these positions, or nullptr. By sorting.
+const char* find_repeated_among_many(const xml_index& index, std::size_t first, std::size_t end)
+{
+    // Any total order will do; lengths first compares the fewest bytes. Equal names are in the order of the text.
+    const auto order = [](std::string_view a, std::string_view b) {
+        if (a.size() != b.size()) return a.size() < b.size();
+        const int names = a.compare(b);
+        return names != 0 ? names < 0 : a.data() < b.data();
+    };
+    std::vector<std::string_view> names;
+    for (std::size_t i = first; i != end; ++i) names.push_back(index.name_at(i));
+    std::sort(names.begin(), names.end(), order);
+    const char* repeated = nullptr;
+    for (std::size_t i = 1; i < names.size(); ++i) {
+        const char* const name = names[i].data();
+        if (names[i] == names[i - 1] && (repeated == nullptr || name < repeated)) repeated = name;
+    }
+    return repeated;
+}
+
+// The same, by way of one bit for each name: those that are the same have the same bit, and few others do.
+const char* find_repeated_name(const xml_index& index, std::size_t first, std::size_t end)
+{
+    std::uint64_t bits = 0;
+    for (std::size_t i = first; i != end; ++i) {
+        const std::string_view name = index.name_at(i);
+        const std::uint64_t bit = std::uint64_t{1} << ((first_bytes(name) + name.size()) * 0x9E3779B97F4A7C15 >> 58);
+        const bool may_repeat = (bits & bit) != 0;
+        bits |= bit;
+        if (may_repeat && i - first > few_attributes) return find_repeated_among_many(index, first, end);
+        for (std::size_t earlier = first; may_repeat && earlier != i; ++earlier) {
+            if (index.name_at(earlier) == name) return name.data();
+        }
+    }
+    return nullptr;
+}
+
+// AttValue = '"' ([^<&"] | Reference)* '"' | "'" ([^<&'] | Reference)* "'"
+bool take_value(xml_cursor& cursor, xml_value& value)
+{
+    const char quote = *cursor;
+    if (quote != '"' && quote != '\'') return cursor.fail(xml_fault::missing_quote);
+    const char* const begin = cursor.at() + 1;
+    cursor.go_to(find_value_stop(begin, quote));
+    while (*cursor != quote) {
+        value.is_plain = false;
+        char32_t code_point = 0;
+        if (is_space(*cursor)) {
+            cursor.skip(1);
+        } else if (*cursor != '&') {
+            return cursor.fail(cursor.is_at_end() ? xml_fault::missing_quote : xml_fault::unexpected_character);
+        } else if (!take_reference(cursor, code_point)) {
+            return cursor.is_at_end() && cursor.fail(xml_fault::missing_quote);
+        }
+        cursor.go_to(find_value_stop(cursor.at(), quote));
+    }
+    value.raw = view(begin, cursor.at());
+    cursor.skip(1);
+    return true;
+}
+
+// (S Attribute)* S? ('>' | '/>'), where Attribute = Name Eq AttValue
+bool take_attributes(xml_cursor& cursor, xml_index& index, bool& is_empty)
+{
+    for (;;) {
+        const char* const begin = cursor.at();
+        cursor.skip_space();
+        is_empty = *cursor == '/';
+        if (*cursor == '>' || (is_empty && cursor.at()[1] == '>')) break;
+        if (is_empty || cursor.at() == begin) return cursor.fail(xml_fault::unexpected_character);
+        xml_attribute attribute;
+        if (!cursor.take_name(attribute.name) || !cursor.take_equal() || !take_value(cursor, attribute.value)) {
+            return false;
+        }
+        index.add(attribute);
+    }
+    cursor.skip(is_empty ? 2 : 1);
+    return true;
+}
+
 // Matches a reserved instruction target, in any mixture of cases.
 bool is_reserved(std::string_view target)
 {
@@ -37,118 +120,38 @@ bool is_blank_code_point(char32_t code_point)
 // Char* without ']]>'
 bool take_bracket(xml_cursor& cursor)
 {
-    return cursor.sees("]]>") ? cursor.fail(xml_fault::unexpected_character) : cursor.take("]");
+    if (cursor.sees("]]>")) return cursor.fail(xml_fault::unexpected_character);
+    cursor.skip(1);
+    return true;
 }
 
 }  // namespace
 
-construct next_construct(const xml_cursor& cursor)
+construct construct_after_exclamation_mark(const xml_cursor& cursor)
 {
-    if (*cursor != '<') return cursor.is_at_end() ? construct::end : construct::text;
-    const char next = cursor.at()[1];
-    if (next == '/') return construct::end_tag;
-    if (next == '?') return construct::instruction;
-    if (next != '!') return construct::start_tag;
     if (cursor.sees("<!--")) return construct::comment;
     if (cursor.sees("<![CDATA[")) return construct::cdata;
     return cursor.sees("<!DOCTYPE") ? construct::doctype : construct::start_tag;
 }
 
 // STag = '<' Name (S Attribute)* S? '>'      EmptyElemTag = '<' Name (S Attribute)* S? '/>'
-bool start_tag_reader::take(xml_cursor& cursor, xml_element& element)
+bool take_start_tag(xml_cursor& cursor, xml_index& index)
 {
-    element.begin = cursor.at();
-    element.attributes.clear();
-    m_name_bits = 0;
-    m_repeated_name = nullptr;
-    m_may_repeat = false;
-    cursor.go_to(element.begin + 1);
-    if (!cursor.take_name(element.tag)) return false;
-    const bool is_sound = take_attributes(cursor, element);
-    // A duplicate attribute takes precedence over a later fault.
-    return check_names(cursor, element) && is_sound;
-}
-
-// (S Attribute)* S? ('>' | '/>'), where Attribute = Name Eq AttValue
-bool start_tag_reader::take_attributes(xml_cursor& cursor, xml_element& element)
-{
-    for (;;) {
-        const char* const begin = cursor.at();
-        cursor.skip_space();
-        const bool is_end = *cursor == '>';
-        element.form = is_end ? xml_element::kind::opening : xml_element::kind::whole;
-        if (is_end || *cursor == '/') return cursor.take(is_end ? ">" : "/>");
-        if (cursor.at() == begin) return cursor.fail(xml_fault::unexpected_character);
-        xml_attribute attribute;
-        if (!cursor.take_name(attribute.name) || !cursor.take_equal() || !take_value(cursor, attribute.value)) {
-            return false;
-        }
-        note_name(element, attribute.name);
-        element.attributes.push_back(attribute);
-    }
-}
-
-// AttValue = '"' ([^<&"] | Reference)* '"' | "'" ([^<&'] | Reference)* "'"
-bool start_tag_reader::take_value(xml_cursor& cursor, xml_value& value)
-{
-    const char quote = *cursor;
-    if (quote != '"' && quote != '\'') return cursor.fail(xml_fault::missing_quote);
-    const char* const begin = cursor.at() + 1;
-    cursor.go_to(find_value_stop(begin, quote));
-    while (*cursor != quote) {
-        value.is_plain = false;
-        char32_t code_point = 0;
-        if (is_space(*cursor)) {
-            cursor.go_to(cursor.at() + 1);
-        } else if (*cursor != '&') {
-            return cursor.fail(cursor.is_at_end() ? xml_fault::missing_quote : xml_fault::unexpected_character);
-        } else if (!take_reference(cursor, code_point)) {
-            return cursor.is_at_end() && cursor.fail(xml_fault::missing_quote);
-        }
-        cursor.go_to(find_value_stop(cursor.at(), quote));
-    }
-    value.raw = view(begin, cursor.at());
-    cursor.go_to(cursor.at() + 1);
-    return true;
-}
-
-// The name is that of the attribute after the ones that the element has.
-void start_tag_reader::note_name(const xml_element& element, std::string_view name)
-{
-    const std::uint64_t bit = std::uint64_t{1} << ((first_bytes(name) + name.size()) * 0x9E3779B97F4A7C15 >> 58);
-    const bool is_new = (m_name_bits & bit) == 0;
-    m_name_bits |= bit;
-    if (is_new || m_repeated_name != nullptr) return;
-    const auto& earlier = element.attributes;
-    m_may_repeat = earlier.size() >= few_attributes;
-    const auto is_same = [&](const xml_attribute& each) { return each.name == name; };
-    if (!m_may_repeat && std::any_of(earlier.begin(), earlier.end(), is_same)) m_repeated_name = name.data();
-}
-
-bool start_tag_reader::check_names(xml_cursor& cursor, const xml_element& element)
-{
-    if (m_may_repeat && m_repeated_name == nullptr) m_repeated_name = find_repeated_name(element.attributes);
-    return m_repeated_name == nullptr || cursor.fail_at(m_repeated_name, xml_fault::attribute_redefined);
-}
-
-// The first of the names that repeats an earlier one, or nullptr.
-const char* start_tag_reader::find_repeated_name(const std::vector<xml_attribute>& attributes)
-{
-    // Any total order will do; lengths first compares the fewest bytes. Equal names are in the order of the text.
-    const auto order = [](std::string_view a, std::string_view b) {
-        if (a.size() != b.size()) return a.size() < b.size();
-        const int names = a.compare(b);
-        return names != 0 ? names < 0 : a.data() < b.data();
-    };
-    m_sorted.clear();
-    for (const xml_attribute& each : attributes) m_sorted.push_back(each.name);
-    std::sort(m_sorted.begin(), m_sorted.end(), order);
-    const char* first = nullptr;
-    for (std::size_t i = 1; i < m_sorted.size(); ++i) {
-        const char* const name = m_sorted[i].data();
-        if (m_sorted[i] == m_sorted[i - 1] && (first == nullptr || name < first)) first = name;
-    }
-    return first;
+    const char* const begin = cursor.at();
+    const std::size_t position = index.size();
+    cursor.skip(1);
+    std::string_view name;
+    if (!cursor.take_name(name)) return false;
+    index.add(xml_element::kind::opening, begin, name);
+    bool is_empty = false;
+    bool is_sound = take_attributes(cursor, index, is_empty);
+    // A duplicate attribute takes precedence over a later fault. Most tags have no more than one attribute.
+    const bool has_several = index.size() - position > 2;
+    const char* const repeated = has_several ? find_repeated_name(index, position + 1, index.size()) : nullptr;
+    if (repeated != nullptr) is_sound = cursor.fail_at(repeated, xml_fault::attribute_redefined);
+    if (is_empty) index.set_form(position, xml_element::kind::whole);
+    if (!is_sound) index.cut(position);
+    return is_sound;
 }
 
 // ETag = '</' Name S? '>'

@@ -4,12 +4,11 @@
 // text. Success and faults are as in xml_cursor.h.
 #pragma once
 
-#include <cstdint>
 #include <string_view>
-#include <vector>
 
+#include "platform/ustring.h"
 #include "platform/xml_cursor.h"
-#include "platform/xml_element.h"
+#include "platform/xml_index.h"
 
 namespace NUVEK_2_18::parser {
 
@@ -25,30 +24,21 @@ enum class construct
     end,
 };
 
+construct construct_after_exclamation_mark(const xml_cursor& cursor);
+
 // What is at the cursor; takes nothing.
-construct next_construct(const xml_cursor& cursor);
-
-// Takes start tags. Keeps its memory from tag to tag: clearing it for each one made the `parse` benchmark a third
-// slower.
-class start_tag_reader
+inline construct next_construct(const xml_cursor& cursor)
 {
-public:
-    // Fills the element; its form is whole after `/>` and opening after `>`.
-    bool take(xml_cursor& cursor, xml_element& element);
+    if (*cursor != '<') return cursor.is_at_end() ? construct::end : construct::text;
+    const char next = cursor.at()[1];
+    if (next == '/') return construct::end_tag;
+    if (next == '?') return construct::instruction;
+    return next == '!' ? construct_after_exclamation_mark(cursor) : construct::start_tag;
+}
 
-private:
-    static bool take_value(xml_cursor& cursor, xml_value& value);
-    bool take_attributes(xml_cursor& cursor, xml_element& element);
-    void note_name(const xml_element& element, std::string_view name);
-    bool check_names(xml_cursor& cursor, const xml_element& element);
-    const char* find_repeated_name(const std::vector<xml_attribute>& attributes);
-
-    // One bit for each name in the tag: names that are the same have the same bit.
-    std::uint64_t m_name_bits = 0;
-    const char* m_repeated_name = nullptr;  // the first that repeats an earlier one
-    bool m_may_repeat = false;              // there are many names, and some of them have the same bit
-    std::vector<std::string_view> m_sorted;
-};
+// Takes a start tag and adds its element to the index: as whole after `/>`, as opening after `>`. Of a faulty tag nothing
+// is added.
+bool take_start_tag(xml_cursor& cursor, xml_index& index);
 
 bool take_end_tag(xml_cursor& cursor, std::string_view& name);
 
