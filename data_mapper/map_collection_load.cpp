@@ -60,21 +60,9 @@ public:
     }
 
 private:
-    // What a file was entered with: its path, without the base directory if that is a prefix of it, and all else that
-    // the files it includes depend on.
-    struct entry
-    {
-        std::size_t loaded_maps;
-        std::size_t base_size;
-        bool is_below_base;
-        std::wstring path;
-
-        bool operator<(const entry& other) const
-        {
-            return std::tie(loaded_maps, base_size, is_below_base, path) <
-                   std::tie(other.loaded_maps, other.base_size, other.is_below_base, other.path);
-        }
-    };
+    // What a file was entered with, and all that its includes depend on: the number of maps loaded, the size of the base
+    // directory, whether the path begins with that, and the path, without the base directory if it does.
+    using entry = std::tuple<std::size_t, std::size_t, bool, std::wstring>;
 
     struct open_file
     {

@@ -1,29 +1,28 @@
 #include "data_mapper/map_kind.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace data_mapper4 {
-
-namespace {
-
-template <class condition>
-const map_kind* find_kind_if(condition is_wanted)
-{
-    const auto* const found = std::find_if(std::begin(map_kinds), std::end(map_kinds), is_wanted);
-    return found == std::end(map_kinds) ? nullptr : found;
-}
-
-}  // namespace
 
 const map_kind* find_kind(std::string_view tag)
 {
-    return find_kind_if([=](const map_kind& kind) { return kind.tag == tag; });
+    for (const map_kind& kind : map_kinds) {
+        if (kind.tag == tag) return &kind;
+    }
+    return nullptr;
 }
 
 const map_kind* find_kind(map_type type)
 {
-    return find_kind_if([=](const map_kind& kind) { return kind.type == type; });
+    for (const map_kind& kind : map_kinds) {
+        if (kind.type == type) return &kind;
+    }
+    return nullptr;
+}
+
+const char* text_of(map_type type)
+{
+    const map_kind* const kind = find_kind(type);
+    if (kind != nullptr) return kind->text;
+    return type == MT_UNKNOWN ? "MT_UNKNOWN" : nullptr;
 }
 
 }  // namespace data_mapper4

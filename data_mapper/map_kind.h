@@ -54,4 +54,7 @@ inline constexpr map_kind map_kinds[] = {
 const map_kind* find_kind(std::string_view tag);
 const map_kind* find_kind(map_type type);
 
+// The name of the type, "MT_UNKNOWN" included, or nullptr for a value that is none.
+const char* text_of(map_type type);
+
 }  // namespace data_mapper4

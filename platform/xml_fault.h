@@ -1,4 +1,4 @@
-// Internal: what can be wrong with a document. xml_stream_parser.cpp turns it into the codes that hosts see.
+// Internal: what can be wrong with a document. xml_stream_parser.cpp has a table that turns it into the codes for hosts.
 #pragma once
 
 namespace NUVEK_2_18::parser {

@@ -13,31 +13,24 @@ namespace NUVEK_2_18::parser {
 
 namespace {
 
+// In the order of xml_fault.
+constexpr xml_stream_parser::error_type fault_codes[] = {
+    xml_stream_parser::no_error,
+    xml_stream_parser::end_tag_mismatch,
+    xml_stream_parser::attribute_redefined,
+    xml_stream_parser::unexpected_character,
+    xml_stream_parser::missing_quote,
+    xml_stream_parser::unknown_entity,
+    xml_stream_parser::missing_equal,
+    xml_stream_parser::fatal_error,
+    xml_stream_parser::no_xml_header,
+    xml_stream_parser::no_root_tag,
+};
+
 xml_stream_parser::error_type error_of(const xml_document& document)
 {
-    switch (document.fault) {
-        case xml_fault::none:
-            return document.is_complete ? xml_stream_parser::end_of_file : xml_stream_parser::incomplete;
-        case xml_fault::end_tag_mismatch:
-            return xml_stream_parser::end_tag_mismatch;
-        case xml_fault::attribute_redefined:
-            return xml_stream_parser::attribute_redefined;
-        case xml_fault::unexpected_character:
-            return xml_stream_parser::unexpected_character;
-        case xml_fault::missing_quote:
-            return xml_stream_parser::missing_quote;
-        case xml_fault::unknown_entity:
-            return xml_stream_parser::unknown_entity;
-        case xml_fault::missing_equal:
-            return xml_stream_parser::missing_equal;
-        case xml_fault::unreadable:
-            break;
-        case xml_fault::no_declaration:
-            return xml_stream_parser::no_xml_header;
-        case xml_fault::no_root:
-            return xml_stream_parser::no_root_tag;
-    }
-    return xml_stream_parser::fatal_error;
+    if (document.fault != xml_fault::none) return fault_codes[static_cast<std::size_t>(document.fault)];
+    return document.is_complete ? xml_stream_parser::end_of_file : xml_stream_parser::incomplete;
 }
 
 std::uint32_t limited(std::size_t number)

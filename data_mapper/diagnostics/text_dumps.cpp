@@ -4,7 +4,7 @@
 #include <iostream>
 #include <iterator>
 
-#include "data_mapper/enum_texts.h"
+#include "data_mapper/map_kind.h"
 
 namespace data_mapper4 {
 
