@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 
 namespace bench {
 
 namespace {
-
-using data_mapper4::map_collection;
 
 // The library's tables opened up, to compare what they hold.
 struct open_collection : map_collection
@@ -18,21 +17,25 @@ struct open_collection : map_collection
     using map_collection::m_vector_maps;
 };
 
+template <class table>
+struct open_table : table
+{
+    using table::m_items;
+};
+
+template <class table>
+struct open_rows : table
+{
+    using table::m_attrib_names;
+};
+
 template <map_type kind, class table>
 bool has_same_items(const table& theirs, const host_table<kind, std::string>& ours)
 {
-    struct open_table : table
-    {
-        using table::m_items;
-    };
     if constexpr (kind == MT_COLLECTION || kind == MT_VECTOR_COLLECTION) {
-        struct open_schema : table
-        {
-            using table::m_attrib_names;
-        };
-        if (theirs.*&open_schema::m_attrib_names != ours.schema) return false;
+        if (theirs.*&open_rows<table>::m_attrib_names != ours.schema) return false;
     }
-    const auto& items = (theirs.*&open_table::m_items).read();
+    const auto& items = (theirs.*&open_table<table>::m_items).read();
     return std::equal(items.begin(), items.end(), ours.items.begin(), ours.items.end(),
                       [](const auto& a, const auto& b) { return a.first == b.first && a.second == b.second; });
 }
@@ -50,8 +53,7 @@ bool has_same_maps(const std::map<std::string, table>& theirs, const host_tables
 
 const std::vector<peer>& peers()
 {
-    static const std::vector<peer> all = {pugixml,        rapidxml, expat,      libxml2_sax2,
-                                          libxml2_reader, tinyxml2, boost_ptree};
+    static const std::vector all{pugixml, rapidxml, expat, libxml2_sax2, libxml2_reader, tinyxml2, boost_ptree};
     return all;
 }
 
@@ -68,7 +70,7 @@ bool load(const peer& by, const std::string& path, host_tables& tables)
 
 bool load(const std::string& path, map_collection& maps)
 {
-    return maps.load(library_path(path)).type() == data_mapper4::map_error_t::no_error;
+    return maps.load(library_path(path)).type() == map_error_t::no_error;
 }
 
 std::wstring library_path(const std::string& path)
@@ -97,10 +99,8 @@ file_text read_file(const std::string& path)
 {
     file_text text;
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-    if (!file || std::fseek(file.get(), 0, SEEK_END) != 0) return text;
-    const long size = std::ftell(file.get());
-    if (size < 0 || std::fseek(file.get(), 0, SEEK_SET) != 0) return text;
-    text.size = static_cast<std::size_t>(size);
+    if (!file) return text;
+    text.size = std::filesystem::file_size(path);
     text.bytes.reset(new char[text.size + 1]);  // not make_unique, which would write zeros over all of it first
     if (std::fread(text.bytes.get(), 1, text.size, file.get()) != text.size) return {};
     text.bytes[text.size] = '\0';

@@ -1,6 +1,7 @@
 // The contenders: the library, and its peers, which fill a host's own tables on another parser.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,30 +51,12 @@ file_text read_file(const std::string& path);
 // Reads with RapidXML, in place: the tables point into the text.
 bool read_views(const file_text& text, basic_filler<std::string_view>& filler);
 
-// Not a contender but the least that one can cost: the document parsed by the library, and tables filled in order from
-// texts that were found and sorted before.
-class floor_load
-{
-public:
-    explicit floor_load(const std::string& path);
-    bool load(host_tables& tables) const;
+// Not a contender but the least that one can cost: gives a function that parses the document with the library, and fills
+// tables in order from texts that were found and sorted before.
+std::function<bool(host_tables&)> floor_of(const std::string& path);
 
-private:
-    struct sorted_map
-    {
-        std::string_view name;
-        std::vector<std::string_view> schema;
-        std::vector<std::pair<std::string_view, std::size_t>> items;  // names, and where their texts end
-        std::vector<std::string_view> texts;
-    };
-    template <map_type kind>
-    void sort(const basic_tables<std::string_view>& tables);
-    template <map_type kind>
-    void fill(host_tables& tables) const;
-
-    NUVEK_2_18::strings::ustring16 m_path;
-    file_text m_text;
-    std::vector<sorted_map> m_maps[4];  // by map_type
-};
+// The rows that stand in a source of their own.
+void register_lookups();
+void register_copies();
 
 }  // namespace bench

@@ -113,13 +113,9 @@ std::vector<std::size_t> numbers_of_size(map_type type, std::size_t size)
     return numbers;
 }
 
-void shuffle(std::vector<std::size_t>& numbers)
+void put_in_order(std::vector<std::size_t>& numbers, bool is_shuffled)
 {
-    std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
-}
-
-void sort_by_name(std::vector<std::size_t>& numbers)
-{
+    if (is_shuffled) return std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
     std::vector<std::string> names;
     for (const std::size_t number : numbers) names.push_back(item_name(number));
     std::sort(numbers.begin(), numbers.end(), [&](std::size_t a, std::size_t b) { return names[a] < names[b]; });
@@ -131,7 +127,7 @@ shape mixed_document(std::size_t size, bool is_shuffled)
     for (std::size_t i = 0; i < std::size(map_tags); ++i) {
         const auto type = static_cast<map_type>(i);
         auto numbers = numbers_of_size(type, size / std::size(map_tags));
-        is_shuffled ? shuffle(numbers) : sort_by_name(numbers);
+        put_in_order(numbers, is_shuffled);
         maps += map_text(type, std::string(map_tags[i]) + "_of_names", numbers);
     }
     return document(maps);
@@ -192,7 +188,7 @@ std::string table_document(map_type type, std::size_t items)
     return written_once(std::string(map_tags[type]) + "_" + std::to_string(items) + ".xml", [=] {
         std::vector<std::size_t> numbers(items);
         std::iota(numbers.begin(), numbers.end(), std::size_t{0});
-        shuffle(numbers);
+        put_in_order(numbers, true);
         return document(map_text(type, "table", numbers));
     });
 }

@@ -3,24 +3,15 @@
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
-#include <map>
-#include <string>
 #include <string_view>
 #include <tuple>
-#include <utility>
 #include <variant>
-#include <vector>
 
 #include "documents.h"
 
 namespace bench {
 
-using data_mapper4::map_type;
-using data_mapper4::MT_COLLECTION;
-using data_mapper4::MT_SIMPLE;
-using data_mapper4::MT_VECTOR;
-using data_mapper4::MT_VECTOR_COLLECTION;
+using namespace data_mapper4;
 
 // Text is std::string, or std::string_view for tables that point into a document.
 template <class text>
@@ -153,12 +144,14 @@ public:
     template <class attribute_list>
     [[gnu::flatten]] void take(std::string_view tag, const attribute_list& attributes)
     {
-        if (tag == "item") {
-            m_is_sound = std::visit([&](auto& map) { return map.take_item(attributes); }, m_map) && m_is_sound;
-        } else if (tag == "arg") {
-            m_is_sound = std::visit([&](auto& map) { return map.take_arg(attributes); }, m_map) && m_is_sound;
+        const bool is_item = tag == "item";
+        if (is_item || tag == "arg") {
+            const auto take_it = [&](auto& map) {
+                return is_item ? map.take_item(attributes) : map.take_arg(attributes);
+            };
+            m_is_sound = std::visit(take_it, m_map) && m_is_sound;
         } else if (tag != "maps") {
-            attributes([&](std::string_view /*name*/, auto&& value) {
+            attributes([&](std::string_view, auto&& value) {
                 m_is_sound = open(tag, text(std::forward<decltype(value)>(value))) && m_is_sound;
                 return false;
             });

@@ -1,9 +1,10 @@
-// Documents at sizes and depths that break readers, one a call: limits ROW [FOLDER]. Fails where the outcome is not the
+// Documents at sizes and depths that break readers, one a call: limits ROW. Fails where the outcome is not the
 // one expected; otherwise prints the seconds that it took and the peak of memory in MB. Every file goes into the folder
 // that it runs in.
+#include <sys/resource.h>
+
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -14,7 +15,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using bench::require;
 using bench::shape_of;
 using bench::write;
@@ -43,8 +43,6 @@ data_mapper4::map_collection load(const std::wstring& name, std::size_t maps,
 
 constexpr std::size_t deep = 10000000;
 constexpr std::size_t many = 1000000;
-constexpr std::size_t huge = std::size_t{1} << 30;
-constexpr std::size_t chained = 3000;
 
 void attributes()
 {
@@ -56,10 +54,10 @@ void attributes()
 
 void value()
 {
-    write("a", shape_of("value", huge / 1024));
+    write("a", shape_of("value", 1 << 20));
     auto maps = load(L"a", 1);
     std::string text;
-    require(maps.get_arg("m", "a", text) && text.size() == huge, "another value");
+    require(maps.get_arg("m", "a", text) && text.size() == std::size_t{1} << 30, "another value");
 }
 
 std::string map(const std::string& name)
@@ -79,10 +77,10 @@ void write_maps(const std::string& name, const std::string& content)
 
 void chain()
 {
-    for (std::size_t i = 0; i < chained; ++i) {
+    for (std::size_t i = 0; i < 3000; ++i) {
         write_maps(std::to_string(i), map(std::to_string(i)) + including(std::to_string(i + 1)));
     }
-    load(L"0", chained);
+    load(L"0", 3000);
 }
 
 // Where nothing was loaded in between, the second entry ends at once and the file goes on; otherwise it ends at the map
@@ -120,53 +118,53 @@ void prefixes(const std::string& whole)
     }
 }
 
-void prefixes_of_all(const fs::path& examples)
+void prefixes_of_all()
 {
-    for (const auto& entry : fs::recursive_directory_iterator(examples)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(DATA_MAPPER4_EXAMPLES)) {
         std::ifstream in(entry.path(), std::ios::binary);
         if (entry.path().extension() == ".xml") prefixes({std::istreambuf_iterator<char>(in), {}});
     }
 }
 
-long peak_of_memory()
+struct limit
 {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (line.rfind("VmHWM:", 0) != 0 && std::getline(status, line)) {
-    }
-    return std::atol(line.c_str() + 6) / 1000;
-}
+    rlim_t megabytes;  // of address space
+    std::function<void()> run;
+};
 
-void run(const std::string& row, const std::string& examples)
-{
-    const std::map<std::string, std::function<void()>> rows = {
-        {"nested", [] { parse(shape_of("nesting", deep), xml_stream_parser::end_of_file, 2 * deep - 1); }},
-        {"left_open",
-         [] {
-             parse({{"<a>", deep}}, xml_stream_parser::incomplete, deep);
-         }},
-        {"attributes", attributes},
-        {"value", value},
-        {"maps", [] { write("a", shape_of("maps", many)), load(L"a", many); }},
-        {"chain", chain},
-        {"cycles", cycles},
-        {"prefixes", [&] { prefixes_of_all(examples); }},
-    };
-    const auto begin = std::chrono::steady_clock::now();
-    rows.at(row)();
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-    std::printf("%-10s %6.2f s %6ld MB\n", row.c_str(), seconds.count(), peak_of_memory());
-}
+const std::map<std::string, limit> rows = {
+    {"prefixes", {100, prefixes_of_all}},
+    {"cycles", {100, cycles}},
+    {"nested", {600, [] { parse(shape_of("nesting", deep), xml_stream_parser::end_of_file, 2 * deep - 1); }}},
+    {"left_open",
+     {600,
+      [] {
+          parse({{"<a>", deep}}, xml_stream_parser::incomplete, deep);
+      }}},
+    {"attributes", {400, attributes}},
+    {"value", {2300, value}},
+    {"maps", {700, [] { write("a", shape_of("maps", many)), load(L"a", many); }}},
+    {"chain", {100, chain}},
+};
 
 }  // namespace
 
 int main(int count, char** arguments)
 {
+    if (count != 2 || rows.count(arguments[1]) == 0) return 2;
+    const limit& row = rows.at(arguments[1]);
+    const rlimit most{row.megabytes * 1000000, row.megabytes * 1000000};
+    rusage usage{};
+    const auto begin = std::chrono::steady_clock::now();
     try {
-        run(count > 1 ? arguments[1] : "", count > 2 ? arguments[2] : ".");
+        require(setrlimit(RLIMIT_AS, &most) == 0, "the limit cannot be set");
+        row.run();
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "limits ROW [FOLDER OF EXAMPLES]: %s\n", error.what());
+        std::fprintf(stderr, "%s: %s\n", arguments[1], error.what());
         return 1;
     }
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("%-10s %6.2f s %6ld MB\n", arguments[1], seconds.count(), usage.ru_maxrss / 1000);
     return 0;
 }

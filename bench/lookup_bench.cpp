@@ -1,6 +1,6 @@
 // Lookups beside those that a host would write: find the map, find the item, copy what it holds. And copies of whole
 // collections and tables, their destruction included.
-#include "lookup_bench.h"
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <random>
@@ -41,7 +41,7 @@ struct table_pair
         }
     }
 
-    data_mapper4::map_collection library;
+    map_collection library;
     host_tables host;
     names present;
     names missing;
@@ -76,11 +76,11 @@ void add_question(const std::string& getter, map_type type, library_question ask
         const auto names_in = [=, given = is_hit ? present : missing](const table_pair& of) -> const names& {
             return !given.empty() ? given : is_hit ? of.present : of.missing;
         };
-        add_row(rows + library_name, [=](auto& state) {
+        benchmark::RegisterBenchmark((rows + library_name).c_str(), [=](auto& state) {
             table_pair& of = tables_of(type, items);
             ask_all(state, of.library, names_in(of), is_hit, ask_library);
         });
-        add_row(rows + "host", [=](auto& state) {
+        benchmark::RegisterBenchmark((rows + "host").c_str(), [=](auto& state) {
             const table_pair& of = tables_of(type, items);
             ask_all(state, of.host, names_in(of), is_hit, ask_host);
         });
@@ -112,28 +112,30 @@ void fill(attribute_set& attribs, const names& schema, const row<std::string>& v
     for (std::size_t i = 0; i < schema.size(); ++i) attribs.emplace(schema[i], values[i]);
 }
 
-map_type host_type(const host_tables& host, const std::string& name)
+template <class value>
+void copy_all(benchmark::State& state, const value& of)
 {
-    if (find(std::get<MT_SIMPLE>(host), name) != nullptr) return MT_SIMPLE;
-    if (find(std::get<MT_VECTOR>(host), name) != nullptr) return MT_VECTOR;
-    if (find(std::get<MT_COLLECTION>(host), name) != nullptr) return MT_COLLECTION;
-    if (find(std::get<MT_VECTOR_COLLECTION>(host), name) != nullptr) return MT_VECTOR_COLLECTION;
-    return data_mapper4::MT_UNKNOWN;
+    for (auto _ : state) {
+        value copy(of);
+        benchmark::DoNotOptimize(copy);
+    }
 }
 
-void register_lists()
+}  // namespace
+
+void register_lookups()
 {
     add_question(
         "get_arg", MT_SIMPLE,
         [](auto& maps, const auto& name, auto& to) { return maps.get_arg(map_name, name, to.value); },
-        in_item<MT_SIMPLE>([](const auto& /*table*/, const auto* text, answer& to) {
+        in_item<MT_SIMPLE>([](auto&, const auto* text, answer& to) {
             if (text != nullptr) to.value = *text;
             return text != nullptr;
         }));
     add_question(
         "get_args", MT_VECTOR,
         [](auto& maps, const auto& name, auto& to) { return maps.get_args(map_name, name, to.values); },
-        in_item<MT_VECTOR>([](const auto& /*table*/, const auto* texts, answer& to) {
+        in_item<MT_VECTOR>([](auto&, const auto* texts, answer& to) {
             texts != nullptr ? void(to.values = *texts) : to.values.clear();
             return texts != nullptr;
         }));
@@ -155,10 +157,6 @@ void register_lists()
             for (const auto& values : *rows) fill(to.sets.emplace_back(), table.schema, values);
             return true;
         }));
-}
-
-void register_questions()
-{
     static const std::string key = "text";
     add_question(
         "get_attrib", MT_COLLECTION,
@@ -171,58 +169,40 @@ void register_questions()
             return true;
         }));
     add_question(
-        "has_item", MT_COLLECTION,
-        [](auto& maps, const auto& name, auto& /*to*/) { return maps.has_item(map_name, name); },
-        in_item<MT_COLLECTION>(
-            [](const auto& /*table*/, const auto* values, auto& /*to*/) { return values != nullptr; }));
+        "has_item", MT_COLLECTION, [](auto& maps, const auto& name, auto&) { return maps.has_item(map_name, name); },
+        in_item<MT_COLLECTION>([](auto&, const auto* values, auto&) { return values != nullptr; }));
     add_question(
-        "has_key", MT_COLLECTION,
-        [](auto& maps, const auto& name, auto& /*to*/) { return maps.has_key(map_name, name); },
-        [](auto& host, const auto& name, auto& /*to*/) {
+        "has_key", MT_COLLECTION, [](auto& maps, const auto& name, auto&) { return maps.has_key(map_name, name); },
+        [](auto& host, const auto& name, auto&) {
             const auto* const table = find(std::get<MT_COLLECTION>(host), map_name);
             return table != nullptr &&
                    std::find(table->schema.begin(), table->schema.end(), name) != table->schema.end();
         },
         {"name", "symbol", "text", "number", "unit"}, {"colour"});
     add_question(
-        "type", MT_SIMPLE, [](auto& maps, const auto& name, auto& /*to*/) { return maps.type(name) == MT_SIMPLE; },
-        [](auto& host, const auto& name, auto& /*to*/) { return host_type(host, name) == MT_SIMPLE; }, {map_name},
-        {"tables"});
-}
-
-template <class value>
-void copy_all(benchmark::State& state, const value& of)
-{
-    for (auto _ : state) {
-        value copy(of);
-        benchmark::DoNotOptimize(copy);
-    }
+        "type", MT_SIMPLE, [](auto& maps, const auto& name, auto&) { return maps.type(name) == MT_SIMPLE; },
+        [](auto& host, const auto& name, auto&) {
+            return std::apply([&](const auto&... maps) { return (... || (find(maps, name) != nullptr)); }, host);
+        },
+        {map_name}, {"tables"});
 }
 
 void register_copies()
 {
     for (const std::size_t items : {10U, 1000U, 100000U, 1000000U}) {
         const std::string end = "/" + std::to_string(items) + "/";
-        add_row("copy/collection" + end + library_name,
-                [=](auto& state) { copy_all(state, tables_of(MT_COLLECTION, items).library); });
-        add_row("copy/table" + end + library_name,
-                [=](auto& state) { copy_all(state, simple_map(tables_of(MT_SIMPLE, items).library, map_name)); });
+        benchmark::RegisterBenchmark(("copy/collection" + end + library_name).c_str(),
+                                     [=](auto& state) { copy_all(state, tables_of(MT_COLLECTION, items).library); });
+        benchmark::RegisterBenchmark(("copy/table" + end + library_name).c_str(), [=](auto& state) {
+            copy_all(state, simple_map(tables_of(MT_SIMPLE, items).library, map_name));
+        });
         if (items > 100000) continue;  // a host's copies only have to show how they grow
-        add_row("copy/collection" + end + "host",
-                [=](auto& state) { copy_all(state, tables_of(MT_COLLECTION, items).host); });
-        add_row("copy/table" + end + "host", [=](auto& state) {
+        benchmark::RegisterBenchmark(("copy/collection" + end + "host").c_str(),
+                                     [=](auto& state) { copy_all(state, tables_of(MT_COLLECTION, items).host); });
+        benchmark::RegisterBenchmark(("copy/table" + end + "host").c_str(), [=](auto& state) {
             copy_all(state, std::get<MT_SIMPLE>(tables_of(MT_SIMPLE, items).host).at(map_name).items);
         });
     }
-}
-
-}  // namespace
-
-void register_lookups()
-{
-    register_lists();
-    register_questions();
-    register_copies();
 }
 
 }  // namespace bench

@@ -8,14 +8,10 @@
 #include <set>
 
 #include "contender.h"
-#include "lookup_bench.h"
 
 namespace bench {
 
 namespace {
-
-using data_mapper4::map_collection;
-using NUVEK_2_18::parser::xml_stream_parser;
 
 // Stops unless the tables of a contender are those of the library. Once for a cell and a contender.
 template <class load_function>
@@ -37,41 +33,34 @@ void measure(benchmark::State& state, const cell& in, function work)
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(in.size()));
 }
 
-void measure_library(benchmark::State& state, const cell& in)
+template <class tables, class load_function>
+void measure_load(benchmark::State& state, const std::string& row, const cell& in, load_function load_into)
 {
-    const std::wstring path = library_path(in.path());
+    if constexpr (std::is_same_v<tables, host_tables>) compare(row, in, load_into);
     measure(state, in, [&] {
-        map_collection maps;
-        benchmark::DoNotOptimize(maps.load(path));
-    });
-}
-
-template <class load_function>
-void measure_host(benchmark::State& state, const std::string& row, const cell& in, load_function load_into)
-{
-    compare(row, in, load_into);
-    measure(state, in, [&] {
-        host_tables tables;
-        benchmark::DoNotOptimize(load_into(tables));
+        tables loaded;
+        benchmark::DoNotOptimize(load_into(loaded));
     });
 }
 
 void register_loads(const cell& in)
 {
-    const std::string rows = "load/" + in.name + "/";
-    add_row(rows + library_name, [in](auto& state) { measure_library(state, in); });
+    const auto add = [&](const std::string& name, auto measure_row) {
+        const std::string row = "load/" + in.name + "/" + name;
+        benchmark::RegisterBenchmark(row.c_str(), [=](auto& state) { measure_row(state, row); });
+    };
+    add(library_name, [in](auto& state, auto& row) {
+        const std::wstring path = library_path(in.path());
+        measure_load<map_collection>(state, row, in, [&](auto& maps) { return maps.load(path); });
+    });
     for (const peer& by : peers()) {
-        const std::string row = rows + by.name;
-        add_row(row, [=](auto& state) {
+        add(by.name, [in, by](auto& state, auto& row) {
             const std::string path = in.path();
-            measure_host(state, row, in, [&](host_tables& tables) { return load(by, path, tables); });
+            measure_load<host_tables>(state, row, in, [&](auto& tables) { return load(by, path, tables); });
         });
     }
     if (in.kibibytes == 0) return;
-    add_row(rows + "floor", [=](auto& state) {
-        const floor_load least(in.path());
-        measure_host(state, rows + "floor", in, [&](host_tables& tables) { return least.load(tables); });
-    });
+    add("floor", [in](auto& state, auto& row) { measure_load<host_tables>(state, row, in, floor_of(in.path())); });
 }
 
 void parse_library(const std::string& path, bool pops_nodes)
@@ -85,13 +74,13 @@ void register_parses(const cell& in)
 {
     const std::string rows = "parse/" + in.name + "/";
     for (const bool pops_nodes : {false, true}) {
-        add_row(rows + library_name + (pops_nodes ? "_pop" : ""), [=](auto& state) {
+        benchmark::RegisterBenchmark((rows + library_name + (pops_nodes ? "_pop" : "")).c_str(), [=](auto& state) {
             measure(state, in, [path = in.path(), pops_nodes] { parse_library(path, pops_nodes); });
         });
     }
     for (const peer& by : peers()) {
         if (!by.is_parser) continue;
-        add_row(rows + by.name, [=](auto& state) {
+        benchmark::RegisterBenchmark((rows + by.name).c_str(), [=](auto& state) {
             measure(state, in, [&, path = in.path()] { require(by.read(path, nullptr), "cannot parse " + path); });
         });
     }
@@ -128,14 +117,16 @@ void register_all()
         if (in.is_shuffled) register_parses(in);
     }
     register_lookups();
+    register_copies();
     static constexpr std::pair<const char*, std::size_t> dimensions[] = {
         {"items", 5000},   {"maps", 2000},     {"includes", 250}, {"attributes", 2500}, {"nesting", 50000},
         {"name", 1 << 12}, {"value", 1 << 12}, {"text", 1 << 12}, {"comment", 1 << 12}};
     for (const auto& [what, n] : dimensions) {
-        add_row("growth/" + std::string(what) + "/n",
-                [what = what, n = n](auto& state) { measure_growth(state, what, n); });
-        add_row("growth/" + std::string(what) + "/4n",
-                [what = what, n = n](auto& state) { measure_growth(state, what, 4 * n); });
+        for (const std::size_t times : {1U, 4U}) {
+            benchmark::RegisterBenchmark(
+                ("growth/" + std::string(what) + (times == 1 ? "/n" : "/4n")).c_str(),
+                [=, what = what, n = n](auto& state) { measure_growth(state, what, times * n); });
+        }
     }
 }
 

@@ -5,8 +5,10 @@
 //     memory_probe                   the same for each cell and contender, each in a process of its own
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <sstream>
 
 #include "contender.h"
 
@@ -18,9 +20,8 @@ using namespace bench;
 std::size_t status(const std::string& name)
 {
     std::ifstream lines("/proc/self/status");
-    std::string word;
     std::size_t kibibytes = 0;
-    while (lines >> word) {
+    for (std::string word; lines >> word;) {
         if (word == name + ":") lines >> kibibytes;
     }
     return kibibytes << 10;
@@ -34,50 +35,43 @@ std::size_t allocated()
 
 // A small file is loaded first: the code that is paged in, and what a parser sets up once and keeps, is not the load's.
 template <class tables, class load_function>
-int report(const std::string& path, load_function load_into)
+void report(const std::string& path, load_function load_into)
 {
-    tables small;
+    tables small, loaded;
     require(load_into(example_document("kinds.xml"), small), "cannot load the example");
     malloc_trim(0);
     std::ofstream("/proc/self/clear_refs") << 5;  // the highest count of resident bytes begins anew
     const std::size_t resident = status("VmRSS");
     const std::size_t before = allocated();
-    tables loaded;
     require(load_into(path, loaded), "cannot load " + path);
     const std::size_t left = allocated() - before;
-    const std::size_t peak = status("VmHWM") - resident;
-    std::cout << "{\"peak\": " << peak << ", \"tables\": " << left << "}\n";
-    return 0;
+    std::cout << "{\"peak\": " << status("VmHWM") - resident << ", \"tables\": " << left << "}\n";
 }
 
-int report(const std::string& contender, const std::string& path)
+void report(const std::string& contender, const std::string& path)
 {
     if (contender == library_name) {
-        using data_mapper4::map_collection;
         return report<map_collection>(path, [](const auto& from, auto& maps) { return load(from, maps); });
     }
-    for (const peer& by : peers()) {
-        if (contender != by.name) continue;
-        return report<host_tables>(path, [&](const auto& from, auto& tables) { return load(by, from, tables); });
-    }
-    throw std::runtime_error("no contender " + contender);
+    const auto by = std::find_if(peers().begin(), peers().end(), [&](auto& each) { return contender == each.name; });
+    require(by != peers().end(), "no contender " + contender);
+    report<host_tables>(path, [&](const auto& from, auto& tables) { return load(*by, from, tables); });
 }
 
-int report_all(const std::string& program)
+void report_all(const std::string& program)
 {
-    std::vector<std::string> contenders = {library_name};
-    for (const peer& each : peers()) contenders.emplace_back(each.name);
-    std::string separator = "[";
+    std::string contenders = library_name;
+    for (const peer& each : peers()) contenders += std::string(" ") + each.name;
+    const char* separator = "[";
     for (const cell& in : load_cells()) {
-        for (const std::string& contender : contenders) {
+        std::istringstream words(contenders);
+        for (std::string contender; words >> contender; separator = "},\n") {
             std::cout << separator << "{\"cell\": \"" << in.name << "\", \"size\": " << in.size()
                       << ", \"contender\": \"" << contender << "\", \"figures\": " << std::flush;
-            if (std::system((program + " " + contender + " " + in.path()).c_str()) != 0) return 1;
-            separator = "},\n";
+            require(std::system((program + " " + contender + " " + in.path()).c_str()) == 0, "a load failed");
         }
     }
     std::cout << "}]\n";
-    return 0;
 }
 
 }  // namespace
@@ -85,9 +79,10 @@ int report_all(const std::string& program)
 int main(int argc, char** argv)
 {
     try {
-        return argc == 3 ? report(argv[1], argv[2]) : report_all(argv[0]);
+        argc == 3 ? report(argv[1], argv[2]) : report_all(argv[0]);
     } catch (const std::exception& error) {
         std::cerr << "memory_probe: " << error.what() << '\n';
         return 1;
     }
+    return 0;
 }
