@@ -59,6 +59,7 @@ inline shape shape_of(const std::string& what, std::size_t n)
         {"includes", {{"<maps>"}, {"<include file='includes/", n, ".xml'/>\n"}, {"</maps>"}}},
         {"attributes", {{row_begin}, {" a", n, "='v'"}, {row_end}}},
         {"nesting", {{"<a>", n}, {"</a>", n}}},
+        {"left_open", {{"<a>", n}}},
         {"name", {{row_begin}, {kibibyte, n}, {"='v'" + row_end}}},
         {"value", {{map_begin + "<item name='a'/><arg name='"}, {kibibyte, n}, {"'/>" + map_end}}},
         {"text", {{map_begin}, {kibibyte, n}, {item + map_end}}},
