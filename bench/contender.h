@@ -1,7 +1,7 @@
 // The contenders: the library, and its peers, which fill a host's own tables on another parser.
 #pragma once
 
-#include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,24 +11,18 @@
 
 namespace bench {
 
-// A parser with the loop that fills tables on it, in a source of its own.
+// A parser with the loop that fills tables on it.
 struct peer
 {
     const char* name;
     std::string version;
-    // Gives the elements of one file to the filler. False when the file cannot be read, or the filler refuses one.
-    bool (*read)(const std::string& path, table_filler& filler);
-    // Does no more than to parse one file; null where that is not measured.
-    bool (*parse)(const std::string& path);
+    // Gives the elements of one file to the filler; does no more than to parse where that is null. False when the file
+    // cannot be read.
+    bool (*read)(const std::string& path, table_filler* filler);
+    bool is_parser;  // whether the parser is measured by itself, too
 };
 
-extern const peer pugixml;
-extern const peer rapidxml;
-extern const peer expat;
-extern const peer libxml2_sax2;
-extern const peer libxml2_reader;
-extern const peer tinyxml2;
-extern const peer boost_ptree;
+extern const peer pugixml, rapidxml, expat, libxml2_sax2, libxml2_reader, tinyxml2, boost_ptree;
 
 const std::vector<peer>& peers();
 
@@ -41,8 +35,10 @@ bool load(const std::string& path, data_mapper4::map_collection& maps);
 // The path as the library takes it, with a backslash before the file's name: includes are relative to what it ends.
 std::wstring library_path(const std::string& path);
 
-// What the first difference is between the library's tables and a host's; empty when they are equal.
-std::string difference(data_mapper4::map_collection& maps, const host_tables& tables);
+// Whether the library's tables hold the same as a host's.
+bool is_equal(const data_mapper4::map_collection& maps, const host_tables& tables);
+
+const data_mapper4::map_t& simple_map(const data_mapper4::map_collection& maps, const std::string& name);
 
 // A whole file in memory with a zero behind it, which size does not count. No memory when it cannot be read.
 struct file_text
@@ -51,5 +47,16 @@ struct file_text
     std::size_t size = 0;
 };
 file_text read_file(const std::string& path);
+
+// Reads with RapidXML, in place: the tables point into the text.
+bool read_views(const file_text& text, basic_filler<std::string_view>& filler);
+
+// Not a contender but the least that one can cost: gives a function that parses the document with the library, and fills
+// tables in order from texts that were found and sorted before.
+std::function<bool(host_tables&)> floor_of(const std::string& path);
+
+// The rows that stand in a source of their own.
+void register_lookups();
+void register_copies();
 
 }  // namespace bench

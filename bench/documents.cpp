@@ -4,24 +4,15 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <numeric>
 #include <random>
 #include <set>
-#include <stdexcept>
 
 namespace bench {
 
 namespace {
 
 using data_mapper4::map_type;
-
-constexpr std::array tags = {"map", "collection_map", "vector_map", "vector_collection_map"};  // by map_type
-
-const char* tag_of(map_type type)
-{
-    return tags[static_cast<std::size_t>(type)];
-}
 
 // Numbers as if thrown, the same everywhere: the standard's own distributions differ between its implementations.
 class dice
@@ -39,8 +30,7 @@ const char* word(dice& roll)
     static constexpr std::array plain = {
         "Time",   "Standard", "North", "of",    "Islands", "Dollar", "Republic", "Central", "42",     "07:31",
         "Office", "and",      "red",   "Saint", "green",   "net",    "total",    "CH",      "Street", "western",
-        "Region", "new",      "line",  "price", "per",     "kg",     "Station",  "Upper",   "IC 6",   "Department",
-    };
+        "Region", "new",      "line",  "price", "per",     "kg",     "Station",  "Upper",   "IC 6",   "Department"};
     static constexpr std::array foreign = {"Zürich", "Überweisung", "São Tomé", "Besançon", "大阪", "Łódź", "café"};
     static constexpr std::array references = {"R&amp;D", "&lt;none&gt;", "&quot;Nord&quot;", "caf&#xE9;", "A &amp; B"};
     if (roll(100) == 0) return references[roll(references.size())];
@@ -70,52 +60,46 @@ std::string attributes(std::initializer_list<const char*> names, dice& roll, boo
 {
     std::string text;
     for (const char* name : names) {
-        std::string each = attribute(name, value(roll));
+        const std::string each = attribute(name, value(roll));
         if (roll(16) != 0 || is_first) text += each;
     }
     is_first = false;
     return text;
 }
 
-std::string element(const char* tag, const std::string& attributes)
-{
-    return std::string("    <") + tag + attributes + "/>\n";
-}
-
 // An item with its args. The same number always gives the same, but for an element that names the map's attributes.
 std::string entry(map_type type, std::size_t number, bool& is_first)
 {
-    dice roll(number * tags.size() + static_cast<std::size_t>(type));
-    const std::string name = attribute("name", item_name(number));
-    if (type == data_mapper4::MT_COLLECTION) {
-        return element("item", name + attributes({"number", "unit", "text", "symbol"}, roll, is_first));
-    }
-    std::string text = element("item", name);
+    dice roll(number * std::size(map_tags) + static_cast<std::size_t>(type));
+    std::string text = "    <item" + attribute("name", item_name(number));
+    if (type == data_mapper4::MT_COLLECTION) text += attributes({"number", "unit", "text", "symbol"}, roll, is_first);
+    text += "/>\n";
+    if (type == data_mapper4::MT_COLLECTION) return text;
     std::size_t args = roll(50) == 0 ? 0 : 1;
     if (type == data_mapper4::MT_VECTOR) args = roll(6);
     if (type == data_mapper4::MT_VECTOR_COLLECTION) args = roll(5);
     for (; args > 0; --args) {
-        std::string arg = attribute("name", value(roll));
-        if (type == data_mapper4::MT_VECTOR_COLLECTION) arg += attributes({"text", "time"}, roll, is_first);
-        text += element("arg", arg);
+        text += "    <arg" + attribute("name", value(roll));
+        if (type == data_mapper4::MT_VECTOR_COLLECTION) text += attributes({"text", "time"}, roll, is_first);
+        text += "/>\n";
     }
     return text;
 }
 
 std::string map_text(map_type type, const std::string& name, const std::vector<std::size_t>& numbers)
 {
-    std::string text = std::string("  <") + tag_of(type) + attribute("name", name) + ">\n";
+    std::string text = std::string("  <") + map_tags[type] + attribute("name", name) + ">\n";
     bool is_first = true;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         if (i % 100 == 50) text += "    <!-- checked against the list of last year -->\n";
         text += entry(type, numbers[i], is_first);
     }
-    return text + "  </" + tag_of(type) + ">\n";
+    return text + "  </" + map_tags[type] + ">\n";
 }
 
-std::string document(const std::string& maps)
+shape document(const std::string& maps)
 {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<maps>\n" + maps + "</maps>\n";
+    return {{"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<maps>\n" + maps + "</maps>\n"}};
 }
 
 // As many numbers as entries fit into the size.
@@ -129,44 +113,39 @@ std::vector<std::size_t> numbers_of_size(map_type type, std::size_t size)
     return numbers;
 }
 
-void put_in_order(std::vector<std::size_t>& numbers, item_order order)
+void put_in_order(std::vector<std::size_t>& numbers, bool is_shuffled)
 {
-    if (order == item_order::shuffled) {
-        std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
-        return;
-    }
+    if (is_shuffled) return std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
     std::vector<std::string> names;
     for (const std::size_t number : numbers) names.push_back(item_name(number));
     std::sort(numbers.begin(), numbers.end(), [&](std::size_t a, std::size_t b) { return names[a] < names[b]; });
 }
 
-std::filesystem::path folder()
+shape mixed_document(std::size_t size, bool is_shuffled)
 {
-    return std::filesystem::temp_directory_path() / "data_mapper4_bench";
+    std::string maps;
+    for (std::size_t i = 0; i < std::size(map_tags); ++i) {
+        const auto type = static_cast<map_type>(i);
+        auto numbers = numbers_of_size(type, size / std::size(map_tags));
+        put_in_order(numbers, is_shuffled);
+        maps += map_text(type, std::string(map_tags[i]) + "_of_names", numbers);
+    }
+    return document(maps);
 }
 
 }  // namespace
 
-std::string cell::name() const
-{
-    if (m_size == 0) return "world";
-    const std::size_t kibibytes = m_size >> 10;
-    const std::string size =
-        kibibytes < 1024 ? std::to_string(kibibytes) + "KiB/" : std::to_string(kibibytes >> 10) + "MiB/";
-    return size + (m_order == item_order::sorted ? "sorted" : "shuffled");
-}
-
 std::string cell::path() const
 {
-    return m_size == 0 ? example_document("world/world.xml") : mixed_document(m_size, m_order);
+    if (kibibytes == 0) return example_document("world/world.xml");
+    return written_once(name + ".xml", [this] { return mixed_document(kibibytes << 10, is_shuffled); });
 }
 
 std::size_t cell::size() const
 {
-    if (m_size != 0) return std::filesystem::file_size(path());
+    if (kibibytes != 0) return std::filesystem::file_size(path());
     std::size_t size = 0;
-    const auto folder_of_all = std::filesystem::path(path()).parent_path();
-    for (const auto& file : std::filesystem::recursive_directory_iterator(folder_of_all)) {
+    for (const auto& file : std::filesystem::recursive_directory_iterator(example_document("world"))) {
         if (file.path().extension() == ".xml") size += file.file_size();
     }
     return size;
@@ -174,15 +153,15 @@ std::size_t cell::size() const
 
 const std::vector<cell>& load_cells()
 {
-    static const std::vector<cell> cells = [] {
-        std::vector<cell> all;
-        for (const std::size_t kibibytes : {64U, 1024U, 32768U}) {
-            for (const item_order order : {item_order::sorted, item_order::shuffled})
-                all.emplace_back(kibibytes, order);
-        }
-        all.emplace_back();
-        return all;
-    }();
+    static const std::vector<cell> cells = {
+        {"64KiB/sorted", 64, false},
+        {"64KiB/shuffled", 64, true},
+        {"1MiB/sorted", 1024, false},
+        {"1MiB/shuffled", 1024, true},
+        {"32MiB/sorted", 32768, false},
+        {"32MiB/shuffled", 32768, true},
+        {"world"},
+    };
     return cells;
 }
 
@@ -191,47 +170,25 @@ std::string example_document(const std::string& name)
     return DATA_MAPPER4_EXAMPLES "/" + name;
 }
 
-std::string write_document(const std::string& name, const std::string& content)
+std::string written_once(const std::string& name, const std::function<shape()>& make_content)
 {
-    const std::filesystem::path path = folder() / name;
+    static std::set<std::string> written;
+    const std::filesystem::path path = std::filesystem::temp_directory_path() / "data_mapper4_bench" / name;
+    if (!written.insert(name).second) return path.string();
     std::filesystem::create_directories(path.parent_path());
     // Renamed when it is complete, so that two runs at once do not read each other's halves.
-    const std::filesystem::path part = path.string() + "." + std::to_string(std::random_device()());
-    std::ofstream out(part, std::ios::binary);
-    out << content;
-    out.close();
-    if (!out) throw std::runtime_error("cannot write " + part.string());
+    const std::string part = path.string() + "." + std::to_string(std::random_device()());
+    write(part, make_content());
     std::filesystem::rename(part, path);
     return path.string();
 }
 
-std::string written_once(const std::string& name, const std::function<std::string()>& make_content)
-{
-    static std::set<std::string> written;
-    if (written.insert(name).second) write_document(name, make_content());
-    return (folder() / name).string();
-}
-
-std::string mixed_document(std::size_t size, item_order order)
-{
-    const std::string name = std::to_string(size) + (order == item_order::sorted ? "_sorted.xml" : "_shuffled.xml");
-    return written_once(name, [&] {
-        std::string maps;
-        for (std::size_t type = 0; type < tags.size(); ++type) {
-            auto numbers = numbers_of_size(static_cast<map_type>(type), size / tags.size());
-            put_in_order(numbers, order);
-            maps += map_text(static_cast<map_type>(type), std::string(tags[type]) + "_of_names", numbers);
-        }
-        return document(maps);
-    });
-}
-
 std::string table_document(map_type type, std::size_t items)
 {
-    return written_once(std::string(tag_of(type)) + "_" + std::to_string(items) + ".xml", [&] {
+    return written_once(std::string(map_tags[type]) + "_" + std::to_string(items) + ".xml", [=] {
         std::vector<std::size_t> numbers(items);
         std::iota(numbers.begin(), numbers.end(), std::size_t{0});
-        put_in_order(numbers, item_order::shuffled);
+        put_in_order(numbers, true);
         return document(map_text(type, "table", numbers));
     });
 }
@@ -240,35 +197,16 @@ std::string table_document(map_type type, std::size_t items)
 // divisor in common with their count.
 std::string item_name(std::size_t number)
 {
-    static constexpr std::array beginnings = {
-        "",
-        "",
-        "CH-",
-        "US-",
-        "id_",
-        "AD",
-        "order.",
-        "label_",
-        "Zone ",
-        "Europe/",
-        "GB",
-        "price.net.",
-        "W. Europe ",
-        "city of ",
-        "région ",
-        "Müller ",
-        "東京 ",
-        "colour_scheme.",
-        "menu.recent.",
-        "title_of_section_",
-        "Africa/",
-        "America/Argentina/",
-        "shipping.address.",
-        "N. Central Standard ",
-    };
+    static constexpr const char* beginnings[4][6] = {
+        {"", "", "CH-", "US-", "id_", "AD"},
+        {"order.", "label_", "Zone ", "Europe/", "GB", "price.net."},
+        {"W. Europe ", "city of ", "région ", "Müller ", "東京 ", "colour_scheme."},
+        {"menu.recent.", "title_of_section_", "Africa/", "America/Argentina/", "shipping.address.",
+         "N. Central Standard "}};
     constexpr std::size_t base = 36;
     std::size_t digits = number * 1000003 % (base * base * base * base);
-    std::string name = beginnings[dice(number + 1)(beginnings.size())];
+    const std::size_t which = dice(number + 1)(24);
+    std::string name = beginnings[which / 6][which % 6];
     for (int i = 0; i < 4; ++i, digits /= base) name += "0123456789abcdefghijklmnopqrstuvwxyz"[digits % base];
     return name;
 }

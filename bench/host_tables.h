@@ -3,227 +3,195 @@
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
-#include <map>
-#include <string>
 #include <string_view>
-#include <utility>
+#include <tuple>
 #include <variant>
-#include <vector>
+
+#include "documents.h"
 
 namespace bench {
 
-using names = std::vector<std::string>;
-using row = std::vector<std::string>;  // values in the order of the attribute names, empty for those left out
+using namespace data_mapper4;
 
-using simple_table = std::map<std::string, std::string>;
-using vector_table = std::map<std::string, std::vector<std::string>>;
+// Text is std::string, or std::string_view for tables that point into a document.
+template <class text>
+using row = std::vector<text>;  // values in the order of the schema, empty for those left out
 
-struct collection_table
+// What an item of a kind of map holds.
+template <map_type kind, class text>
+using content = std::tuple_element_t<kind, std::tuple<text, row<text>, std::vector<text>, std::vector<row<text>>>>;
+
+template <map_type kind, class text>
+struct host_table
 {
-    names schema;  // "name" comes first
-    std::map<std::string, row> items;
+    std::vector<text> schema;  // "name" comes first; empty in maps without rows
+    std::map<text, content<kind, text>> items;
 };
 
-struct vector_collection_table
-{
-    names schema;
-    std::map<std::string, std::vector<row>> items;
-};
+template <map_type kind, class text>
+using tables_by_name = std::map<text, host_table<kind, text>>;
 
-struct host_tables
-{
-    std::map<std::string, simple_table> simple;
-    std::map<std::string, vector_table> vector;
-    std::map<std::string, collection_table> collection;
-    std::map<std::string, vector_collection_table> vector_collection;
-};
+template <class text>
+using basic_tables = std::tuple<tables_by_name<MT_SIMPLE, text>, tables_by_name<MT_COLLECTION, text>,
+                                tables_by_name<MT_VECTOR, text>, tables_by_name<MT_VECTOR_COLLECTION, text>>;
+using host_tables = basic_tables<std::string>;
 
-// A cursor stands on one of an element's attributes, in the order of the document, and has
+// Fills one map. Attributes are a function that calls another one with the name and the value of each attribute, in
+// the order of the document, until that returns false. A value is a std::string_view, or a std::string&& where the
+// parser's own string can be moved.
 //
-//     bool at_end();
-//     void next();
-//     std::string_view name();
-//     value();  // a std::string_view, or a std::string&& where the parser's own string can be moved
-//
-// The functions below answer false for what they refuse: a name that is there already, an attribute that the map's
-// first element does not have, an element in the wrong place.
-
-template <class cursor>
-bool is_at_name(cursor& attributes)
+// False is what a host refuses: a name that is there already, an attribute that the map's first element does not have,
+// an element in the wrong place.
+template <map_type kind, class text>
+class open_map
 {
-    return !attributes.at_end() && attributes.name() == "name";
-}
+public:
+    explicit open_map(host_table<kind, text>* table = nullptr) : m_table(table) {}
 
-// Reads the attributes from the cursor on behind the values that the row has. Attributes mostly follow each other as in
-// the schema, so that place is tried before any search.
-template <class cursor>
-bool read_row(cursor& attributes, names& schema, bool makes_schema, row& values)
-{
-    values.reserve(schema.size());
-    for (; !attributes.at_end(); attributes.next()) {
-        const std::string_view name = attributes.name();
-        if (makes_schema) schema.emplace_back(name);
-        std::size_t place = values.size();
+    template <class attribute_list>
+    bool take_item(const attribute_list& attributes)
+    {
+        m_item = nullptr;
+        if (m_table == nullptr) return false;
+        attributes([&](std::string_view name, auto&& value) {
+            if (kind == MT_COLLECTION && m_item != nullptr) return add(name, std::forward<decltype(value)>(value));
+            return name == "name" && add_item(text(std::forward<decltype(value)>(value)));
+        });
+        if (kind == MT_COLLECTION && m_item != nullptr) m_row->resize(m_table->schema.size());
+        return m_item != nullptr;
+    }
+
+    template <class attribute_list>
+    bool take_arg(const attribute_list& attributes)
+    {
+        if (m_item == nullptr || kind == MT_COLLECTION) return false;
+        if constexpr (kind == MT_VECTOR_COLLECTION) begin_row(m_item->emplace_back());
+        attributes([&](std::string_view name, auto&& value) {
+            if constexpr (kind == MT_VECTOR_COLLECTION) return add(name, std::forward<decltype(value)>(value));
+            if (name != "name") return refuse();
+            if constexpr (kind == MT_SIMPLE) *m_item = text(std::forward<decltype(value)>(value));
+            if constexpr (kind == MT_VECTOR) m_item->emplace_back(std::forward<decltype(value)>(value));
+            return false;
+        });
+        if (kind == MT_VECTOR_COLLECTION && m_item != nullptr) m_row->resize(m_table->schema.size());
+        return m_item != nullptr;
+    }
+
+private:
+    // Whether the item's further attributes matter.
+    bool add_item(text name)
+    {
+        const auto [item, is_new] = m_table->items.try_emplace(std::move(name));
+        if (!is_new) return false;
+        m_item = &item->second;
+        if constexpr (kind == MT_COLLECTION) {
+            begin_row(item->second);
+            if (m_makes_schema) m_table->schema.emplace_back("name");
+            m_row->push_back(item->first);
+        }
+        return kind == MT_COLLECTION;
+    }
+
+    void begin_row(row<text>& values)
+    {
+        m_row = &values;
+        m_makes_schema = m_table->schema.empty();
+        m_row->reserve(m_table->schema.size());
+    }
+
+    bool refuse()
+    {
+        m_item = nullptr;
+        return false;
+    }
+
+    // Adds a value to the row. Attributes mostly follow each other as in the schema, so that place is tried before any
+    // search.
+    template <class value_type>
+    bool add(std::string_view name, value_type&& value)
+    {
+        auto& schema = m_table->schema;
+        std::size_t place = m_row->size();
+        if (place == 0 && name != "name") return refuse();
+        if (m_makes_schema) schema.emplace_back(name);
         if (place == schema.size() || schema[place] != name) {
             place = static_cast<std::size_t>(std::find(schema.begin(), schema.end(), name) - schema.begin());
-            if (place == schema.size()) return false;
+            if (place == schema.size()) return refuse();
         }
-        if (place < values.size()) {
-            values[place] = std::string(attributes.value());
+        if (place < m_row->size()) {
+            (*m_row)[place] = text(std::forward<value_type>(value));
         } else {
-            values.resize(place);
-            values.emplace_back(attributes.value());
+            m_row->resize(place);
+            m_row->emplace_back(std::forward<value_type>(value));
         }
-    }
-    values.resize(schema.size());
-    return true;
-}
-
-struct no_filler
-{
-    template <class cursor>
-    bool take_item(cursor& /*attributes*/)
-    {
-        return false;
-    }
-    template <class cursor>
-    bool take_arg(cursor& /*attributes*/)
-    {
-        return false;
-    }
-};
-
-struct simple_filler
-{
-    template <class cursor>
-    bool take_item(cursor& attributes)
-    {
-        if (!is_at_name(attributes)) return false;
-        const auto [item, is_new] = table->try_emplace(std::string(attributes.value()));
-        text = &item->second;
-        return is_new;
-    }
-    template <class cursor>
-    bool take_arg(cursor& attributes)
-    {
-        if (text == nullptr || !is_at_name(attributes)) return false;
-        *text = std::string(attributes.value());
         return true;
     }
 
-    simple_table* table;
-    std::string* text = nullptr;
-};
-
-struct vector_filler
-{
-    template <class cursor>
-    bool take_item(cursor& attributes)
-    {
-        if (!is_at_name(attributes)) return false;
-        const auto [item, is_new] = table->try_emplace(std::string(attributes.value()));
-        texts = &item->second;
-        return is_new;
-    }
-    template <class cursor>
-    bool take_arg(cursor& attributes)
-    {
-        if (texts == nullptr || !is_at_name(attributes)) return false;
-        texts->emplace_back(attributes.value());
-        return true;
-    }
-
-    vector_table* table;
-    std::vector<std::string>* texts = nullptr;
-};
-
-struct collection_filler
-{
-    template <class cursor>
-    bool take_item(cursor& attributes)
-    {
-        if (!is_at_name(attributes)) return false;
-        const auto [item, is_new] = table->items.try_emplace(std::string(attributes.value()));
-        if (!is_new) return false;
-        const bool makes_schema = table->schema.empty();
-        if (makes_schema) table->schema.emplace_back("name");
-        item->second.reserve(table->schema.size());
-        item->second.push_back(item->first);
-        attributes.next();
-        return read_row(attributes, table->schema, makes_schema, item->second);
-    }
-    template <class cursor>
-    bool take_arg(cursor& /*attributes*/)
-    {
-        return false;
-    }
-
-    collection_table* table;
-};
-
-struct vector_collection_filler
-{
-    template <class cursor>
-    bool take_item(cursor& attributes)
-    {
-        if (!is_at_name(attributes)) return false;
-        const auto [item, is_new] = table->items.try_emplace(std::string(attributes.value()));
-        rows = &item->second;
-        return is_new;
-    }
-    template <class cursor>
-    bool take_arg(cursor& attributes)
-    {
-        if (rows == nullptr || !is_at_name(attributes)) return false;
-        return read_row(attributes, table->schema, table->schema.empty(), rows->emplace_back());
-    }
-
-    vector_collection_table* table;
-    std::vector<row>* rows = nullptr;
+    host_table<kind, text>* m_table;
+    content<kind, text>* m_item = nullptr;
+    row<text>* m_row = nullptr;  // only in maps with rows
+    bool m_makes_schema = false;
 };
 
 // Fills tables from the elements of a file, given in the order of the document.
-class table_filler
+template <class text>
+class basic_filler
 {
 public:
-    explicit table_filler(host_tables& tables) : m_tables(tables) {}
+    explicit basic_filler(basic_tables<text>& tables) : m_tables(tables) {}
 
-    template <class cursor>
-    bool take(std::string_view tag, cursor attributes)
+    // Flattened, so that no peer is slower than in a source of its own.
+    template <class attribute_list>
+    [[gnu::flatten]] void take(std::string_view tag, const attribute_list& attributes)
     {
-        if (tag == "item") return std::visit([&](auto& map) { return map.take_item(attributes); }, m_map);
-        if (tag == "arg") return std::visit([&](auto& map) { return map.take_arg(attributes); }, m_map);
-        if (tag == "maps") return true;
-        if (attributes.at_end()) return false;
-        if (tag == "include") m_includes.emplace_back(attributes.value());
-        return tag == "include" || open_map(tag, std::string(attributes.value()));
+        const bool is_item = tag == "item";
+        if (is_item || tag == "arg") {
+            const auto take_it = [&](auto& map) {
+                return is_item ? map.take_item(attributes) : map.take_arg(attributes);
+            };
+            m_is_sound = std::visit(take_it, m_map) && m_is_sound;
+        } else if (tag != "maps") {
+            attributes([&](std::string_view, auto&& value) {
+                m_is_sound = open(tag, text(std::forward<decltype(value)>(value))) && m_is_sound;
+                return false;
+            });
+        }
     }
+
+    // Whether nothing was refused.
+    bool is_sound() const { return m_is_sound; }
 
     // The paths of the files to go on with, relative to the master file.
-    const std::vector<std::string>& includes() const { return m_includes; }
+    const std::vector<text>& includes() const { return m_includes; }
 
 private:
-    bool open_map(std::string_view tag, std::string name)
+    bool open(std::string_view tag, text name)
     {
-        if (tag == "map") return open<simple_filler>(m_tables.simple, std::move(name));
-        if (tag == "vector_map") return open<vector_filler>(m_tables.vector, std::move(name));
-        if (tag == "collection_map") return open<collection_filler>(m_tables.collection, std::move(name));
-        if (tag != "vector_collection_map") return false;
-        return open<vector_collection_filler>(m_tables.vector_collection, std::move(name));
+        if (tag != "include") {
+            return open_as<MT_SIMPLE>(tag, name) || open_as<MT_COLLECTION>(tag, name) ||
+                   open_as<MT_VECTOR>(tag, name) || open_as<MT_VECTOR_COLLECTION>(tag, name);
+        }
+        m_includes.push_back(std::move(name));
+        return true;
     }
 
-    template <class filler, class table>
-    bool open(std::map<std::string, table>& tables, std::string name)
+    template <map_type kind>
+    bool open_as(std::string_view tag, text& name)
     {
-        const auto [map, is_new] = tables.try_emplace(std::move(name));
-        m_map = filler{&map->second};
+        if (tag != map_tags[kind]) return false;
+        const auto [map, is_new] = std::get<kind>(m_tables).try_emplace(std::move(name));
+        m_map = open_map<kind, text>(&map->second);
         return is_new;
     }
 
-    host_tables& m_tables;
-    std::vector<std::string> m_includes;
-    std::variant<no_filler, simple_filler, vector_filler, collection_filler, vector_collection_filler> m_map;
+    basic_tables<text>& m_tables;
+    std::vector<text> m_includes;
+    std::variant<open_map<MT_SIMPLE, text>, open_map<MT_COLLECTION, text>, open_map<MT_VECTOR, text>,
+                 open_map<MT_VECTOR_COLLECTION, text>>
+        m_map;
+    bool m_is_sound = true;
 };
+
+using table_filler = basic_filler<std::string>;
 
 }  // namespace bench

@@ -1,19 +1,18 @@
 // Lookups beside those that a host would write: find the map, find the item, copy what it holds. And copies of whole
 // collections and tables, their destruction included.
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
 #include <random>
 
-#include "benches.h"
 #include "contender.h"
-#include "documents.h"
 
 namespace bench {
 
 namespace {
 
-using data_mapper4::map_collection;
-using data_mapper4::map_type;
 using attribute_set = std::map<std::string, std::string>;
+using names = std::vector<std::string>;
 
 const std::string map_name = "table";
 
@@ -32,7 +31,7 @@ struct table_pair
     table_pair(map_type type, std::size_t items)
     {
         const std::string path = table_document(type, items);
-        if (!load(path, library) || !load(pugixml, path, host)) stop("cannot load " + path);
+        require(load(path, library) && load(peers().front(), path, host), "cannot load " + path);
         std::vector<std::size_t> numbers;
         for (std::size_t i = 0; i < std::max<std::size_t>(items, 1000); ++i) numbers.push_back(i % items);
         std::shuffle(numbers.begin(), numbers.end(), std::mt19937(2));
@@ -44,8 +43,8 @@ struct table_pair
 
     map_collection library;
     host_tables host;
-    std::vector<std::string> present;
-    std::vector<std::string> missing;
+    names present;
+    names missing;
 };
 
 table_pair& tables_of(map_type type, std::size_t items)
@@ -54,155 +53,64 @@ table_pair& tables_of(map_type type, std::size_t items)
     return known.try_emplace({type, items}, type, items).first->second;
 }
 
+// Flattened, so that no host pays for calls that the compiler can save.
 template <class tables, class question>
-void ask_all(benchmark::State& state, tables& of, const std::vector<std::string>& names, bool expected, question ask)
+[[gnu::flatten]] void ask_all(benchmark::State& state, tables& of, const names& all, bool expected, question ask)
 {
     answer to;
-    if (ask(of, names.front(), to) != expected) stop("a lookup gives the wrong answer");
-    auto name = names.begin();
+    require(ask(of, all.front(), to) == expected, "a lookup gives the wrong answer");
+    auto name = all.begin();
     for (auto _ : state) {
         benchmark::DoNotOptimize(ask(of, *name, to));
-        if (++name == names.end()) name = names.begin();
+        if (++name == all.end()) name = all.begin();
     }
 }
 
-// What to ask for where it is not the items.
-struct fixed_names
-{
-    std::vector<std::string> present;
-    std::vector<std::string> missing;
-};
-
-// Rows such as lookup/get_arg/hit/1000/host. The library and the host are asked for the same.
+// Rows such as lookup/get_arg/hit/1000/host. The library and the host are asked for the same: for items, or for what is
+// given to be present or missing.
 template <class library_question, class host_question>
 void add_question(const std::string& getter, map_type type, library_question ask_library, host_question ask_host,
-                  const fixed_names& fixed = {})
+                  const names& present = {}, const names& missing = {})
 {
-    const auto names_of = [fixed](const table_pair& of, bool is_hit) -> const names& {
-        if (!fixed.present.empty()) return is_hit ? fixed.present : fixed.missing;
-        return is_hit ? of.present : of.missing;
+    const auto add = [&](bool is_hit, std::size_t items) {
+        const std::string rows = "lookup/" + getter + (is_hit ? "/hit/" : "/miss/") + std::to_string(items) + "/";
+        const auto names_in = [=, given = is_hit ? present : missing](const table_pair& of) -> const names& {
+            return !given.empty() ? given : is_hit ? of.present : of.missing;
+        };
+        benchmark::RegisterBenchmark((rows + library_name).c_str(), [=](auto& state) {
+            table_pair& of = tables_of(type, items);
+            ask_all(state, of.library, names_in(of), is_hit, ask_library);
+        });
+        benchmark::RegisterBenchmark((rows + "host").c_str(), [=](auto& state) {
+            const table_pair& of = tables_of(type, items);
+            ask_all(state, of.host, names_in(of), is_hit, ask_host);
+        });
     };
     for (const bool is_hit : {true, false}) {
-        for (const std::size_t items : {10U, 1000U, 100000U, 1000000U}) {
-            const std::string rows = "lookup/" + getter + (is_hit ? "/hit/" : "/miss/") + std::to_string(items) + "/";
-            add_row(rows + library_name, benchmark::kNanosecond, [=](auto& state) {
-                table_pair& of = tables_of(type, items);
-                ask_all(state, of.library, names_of(of, is_hit), is_hit, ask_library);
-            });
-            add_row(rows + "host", benchmark::kNanosecond, [=](auto& state) {
-                table_pair& of = tables_of(type, items);
-                ask_all(state, std::as_const(of.host), names_of(of, is_hit), is_hit, ask_host);
-            });
-        }
+        for (const std::size_t items : {10U, 1000U, 100000U, 1000000U}) add(is_hit, items);
     }
 }
 
-template <class table>
-const table* find(const std::map<std::string, table>& tables, const std::string& name)
+template <class value>
+const value* find(const std::map<std::string, value>& values, const std::string& name)
 {
-    const auto found = tables.find(name);
-    return found == tables.end() ? nullptr : &found->second;
+    const auto found = values.find(name);
+    return found == values.end() ? nullptr : &found->second;
 }
 
-bool host_get_arg(const host_tables& host, const std::string& name, std::string& value)
+// A host's lookup of an item: gives the table and what the item holds, or null, to the function, whose answer it is.
+template <map_type kind, class function>
+auto in_item(function use)
 {
-    const simple_table* const table = find(host.simple, map_name);
-    const std::string* const text = table == nullptr ? nullptr : find(*table, name);
-    if (text == nullptr) return false;
-    value = *text;
-    return true;
+    return [use](const host_tables& host, const std::string& name, answer& to) {
+        const auto* const table = find(std::get<kind>(host), map_name);
+        return table != nullptr && use(*table, find(table->items, name), to);
+    };
 }
 
-bool host_get_args(const host_tables& host, const std::string& name, std::vector<std::string>& values)
-{
-    const vector_table* const table = find(host.vector, map_name);
-    if (table == nullptr) return false;
-    const std::vector<std::string>* const texts = find(*table, name);
-    if (texts == nullptr) {
-        values.clear();
-        return false;
-    }
-    values = *texts;
-    return true;
-}
-
-void fill(attribute_set& attribs, const names& schema, const row& values)
+void fill(attribute_set& attribs, const names& schema, const row<std::string>& values)
 {
     for (std::size_t i = 0; i < schema.size(); ++i) attribs.emplace(schema[i], values[i]);
-}
-
-bool host_get_attribs(const host_tables& host, const std::string& name, attribute_set& attribs)
-{
-    const collection_table* const table = find(host.collection, map_name);
-    if (table == nullptr) return false;
-    attribs.clear();
-    const row* const values = find(table->items, name);
-    if (values != nullptr) fill(attribs, table->schema, *values);
-    return values != nullptr;
-}
-
-bool host_get_attrib(const host_tables& host, const std::string& name, const std::string& key, std::string& value)
-{
-    const collection_table* const table = find(host.collection, map_name);
-    const row* const values = table == nullptr ? nullptr : find(table->items, name);
-    if (values == nullptr) return false;
-    const auto place = std::find(table->schema.begin(), table->schema.end(), key);
-    if (place == table->schema.end()) return false;
-    value = (*values)[static_cast<std::size_t>(place - table->schema.begin())];
-    return true;
-}
-
-bool host_get_args_vector(const host_tables& host, const std::string& name, std::vector<attribute_set>& sets)
-{
-    const vector_collection_table* const table = find(host.vector_collection, map_name);
-    if (table == nullptr) return false;
-    sets.clear();
-    const std::vector<row>* const rows = find(table->items, name);
-    if (rows == nullptr) return false;
-    sets.reserve(rows->size());
-    for (const row& values : *rows) fill(sets.emplace_back(), table->schema, values);
-    return true;
-}
-
-bool host_has_item(const host_tables& host, const std::string& name)
-{
-    const collection_table* const table = find(host.collection, map_name);
-    return table != nullptr && find(table->items, name) != nullptr;
-}
-
-bool host_has_key(const host_tables& host, const std::string& key)
-{
-    const collection_table* const table = find(host.collection, map_name);
-    return table != nullptr && std::find(table->schema.begin(), table->schema.end(), key) != table->schema.end();
-}
-
-map_type host_type(const host_tables& host, const std::string& name)
-{
-    if (find(host.simple, name) != nullptr) return data_mapper4::MT_SIMPLE;
-    if (find(host.vector, name) != nullptr) return data_mapper4::MT_VECTOR;
-    if (find(host.collection, name) != nullptr) return data_mapper4::MT_COLLECTION;
-    if (find(host.vector_collection, name) != nullptr) return data_mapper4::MT_VECTOR_COLLECTION;
-    return data_mapper4::MT_UNKNOWN;
-}
-
-struct loaded_table : data_mapper4::map_t
-{
-    explicit loaded_table(const std::string& path)
-    {
-        using parser_type = data_mapper4::xml_stream_parser;
-        parser_type parser(NUVEK_2_18::strings::utf8_to_utf16(path), parser_type::header_optional);
-        parser.parse();
-        parser.node_queue_pop();  // maps
-        parser.node_queue_pop();  // map
-        if (load(map_name, parser).type() != data_mapper4::map_error_t::no_error || empty())
-            stop("cannot load " + path);
-    }
-};
-
-const data_mapper4::map_t& table_of(std::size_t items)
-{
-    static std::map<std::size_t, loaded_table> known;
-    return known.try_emplace(items, table_document(data_mapper4::MT_SIMPLE, items)).first->second;
 }
 
 template <class value>
@@ -219,55 +127,81 @@ void copy_all(benchmark::State& state, const value& of)
 void register_lookups()
 {
     add_question(
-        "get_arg", data_mapper4::MT_SIMPLE,
+        "get_arg", MT_SIMPLE,
         [](auto& maps, const auto& name, auto& to) { return maps.get_arg(map_name, name, to.value); },
-        [](auto& host, const auto& name, auto& to) { return host_get_arg(host, name, to.value); });
+        in_item<MT_SIMPLE>([](auto&, const auto* text, answer& to) {
+            if (text != nullptr) to.value = *text;
+            return text != nullptr;
+        }));
     add_question(
-        "get_args", data_mapper4::MT_VECTOR,
+        "get_args", MT_VECTOR,
         [](auto& maps, const auto& name, auto& to) { return maps.get_args(map_name, name, to.values); },
-        [](auto& host, const auto& name, auto& to) { return host_get_args(host, name, to.values); });
+        in_item<MT_VECTOR>([](auto&, const auto* texts, answer& to) {
+            texts != nullptr ? void(to.values = *texts) : to.values.clear();
+            return texts != nullptr;
+        }));
     add_question(
-        "get_attribs", data_mapper4::MT_COLLECTION,
+        "get_attribs", MT_COLLECTION,
         [](auto& maps, const auto& name, auto& to) { return maps.get_attribs(map_name, name, to.attribs); },
-        [](auto& host, const auto& name, auto& to) { return host_get_attribs(host, name, to.attribs); });
+        in_item<MT_COLLECTION>([](const auto& table, const auto* values, answer& to) {
+            to.attribs.clear();
+            if (values != nullptr) fill(to.attribs, table.schema, *values);
+            return values != nullptr;
+        }));
+    add_question(
+        "get_args_vector", MT_VECTOR_COLLECTION,
+        [](auto& maps, const auto& name, auto& to) { return maps.get_args_vector(map_name, name, to.sets); },
+        in_item<MT_VECTOR_COLLECTION>([](const auto& table, const auto* rows, answer& to) {
+            to.sets.clear();
+            if (rows == nullptr) return false;
+            to.sets.reserve(rows->size());
+            for (const auto& values : *rows) fill(to.sets.emplace_back(), table.schema, values);
+            return true;
+        }));
     static const std::string key = "text";
     add_question(
-        "get_attrib", data_mapper4::MT_COLLECTION,
+        "get_attrib", MT_COLLECTION,
         [](auto& maps, const auto& name, auto& to) { return maps.get_attrib(map_name, name, key, to.value); },
-        [](auto& host, const auto& name, auto& to) { return host_get_attrib(host, name, key, to.value); });
+        in_item<MT_COLLECTION>([](const auto& table, const auto* values, answer& to) {
+            if (values == nullptr) return false;
+            const auto place = std::find(table.schema.begin(), table.schema.end(), key);
+            if (place == table.schema.end()) return false;
+            to.value = (*values)[static_cast<std::size_t>(place - table.schema.begin())];
+            return true;
+        }));
     add_question(
-        "get_args_vector", data_mapper4::MT_VECTOR_COLLECTION,
-        [](auto& maps, const auto& name, auto& to) { return maps.get_args_vector(map_name, name, to.sets); },
-        [](auto& host, const auto& name, auto& to) { return host_get_args_vector(host, name, to.sets); });
+        "has_item", MT_COLLECTION, [](auto& maps, const auto& name, auto&) { return maps.has_item(map_name, name); },
+        in_item<MT_COLLECTION>([](auto&, const auto* values, auto&) { return values != nullptr; }));
     add_question(
-        "has_item", data_mapper4::MT_COLLECTION,
-        [](auto& maps, const auto& name, auto& /*to*/) { return maps.has_item(map_name, name); },
-        [](auto& host, const auto& name, auto& /*to*/) { return host_has_item(host, name); });
+        "has_key", MT_COLLECTION, [](auto& maps, const auto& name, auto&) { return maps.has_key(map_name, name); },
+        [](auto& host, const auto& name, auto&) {
+            const auto* const table = find(std::get<MT_COLLECTION>(host), map_name);
+            return table != nullptr &&
+                   std::find(table->schema.begin(), table->schema.end(), name) != table->schema.end();
+        },
+        {"name", "symbol", "text", "number", "unit"}, {"colour"});
     add_question(
-        "has_key", data_mapper4::MT_COLLECTION,
-        [](auto& maps, const auto& name, auto& /*to*/) { return maps.has_key(map_name, name); },
-        [](auto& host, const auto& name, auto& /*to*/) { return host_has_key(host, name); },
-        {{"name", "symbol", "text", "number", "unit"}, {"colour"}});
-    add_question(
-        "type", data_mapper4::MT_SIMPLE,
-        [](auto& maps, const auto& name, auto& /*to*/) { return maps.type(name) == data_mapper4::MT_SIMPLE; },
-        [](auto& host, const auto& name, auto& /*to*/) { return host_type(host, name) == data_mapper4::MT_SIMPLE; },
-        {{map_name}, {"tables"}});
+        "type", MT_SIMPLE, [](auto& maps, const auto& name, auto&) { return maps.type(name) == MT_SIMPLE; },
+        [](auto& host, const auto& name, auto&) {
+            return std::apply([&](const auto&... maps) { return (... || (find(maps, name) != nullptr)); }, host);
+        },
+        {map_name}, {"tables"});
 }
 
 void register_copies()
 {
     for (const std::size_t items : {10U, 1000U, 100000U, 1000000U}) {
         const std::string end = "/" + std::to_string(items) + "/";
-        add_row("copy/collection" + end + library_name, benchmark::kNanosecond,
-                [=](auto& state) { copy_all(state, tables_of(data_mapper4::MT_COLLECTION, items).library); });
-        add_row("copy/table" + end + library_name, benchmark::kNanosecond,
-                [=](auto& state) { copy_all(state, table_of(items)); });
+        benchmark::RegisterBenchmark(("copy/collection" + end + library_name).c_str(),
+                                     [=](auto& state) { copy_all(state, tables_of(MT_COLLECTION, items).library); });
+        benchmark::RegisterBenchmark(("copy/table" + end + library_name).c_str(), [=](auto& state) {
+            copy_all(state, simple_map(tables_of(MT_SIMPLE, items).library, map_name));
+        });
         if (items > 100000) continue;  // a host's copies only have to show how they grow
-        add_row("copy/collection" + end + "host", benchmark::kNanosecond,
-                [=](auto& state) { copy_all(state, tables_of(data_mapper4::MT_COLLECTION, items).host); });
-        add_row("copy/table" + end + "host", benchmark::kNanosecond, [=](auto& state) {
-            copy_all(state, tables_of(data_mapper4::MT_SIMPLE, items).host.simple.at(map_name));
+        benchmark::RegisterBenchmark(("copy/collection" + end + "host").c_str(),
+                                     [=](auto& state) { copy_all(state, tables_of(MT_COLLECTION, items).host); });
+        benchmark::RegisterBenchmark(("copy/table" + end + "host").c_str(), [=](auto& state) {
+            copy_all(state, std::get<MT_SIMPLE>(tables_of(MT_SIMPLE, items).host).at(map_name).items);
         });
     }
 }

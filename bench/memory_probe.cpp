@@ -1,16 +1,16 @@
-// Prints what one load takes in memory, in a process of its own:
+// Prints what loads take in memory, as JSON:
 //
 //     memory_probe CONTENDER FILE    "peak": the most resident bytes, over those before the load; "tables": the bytes
 //                                    that it left allocated, which is what its tables take
-//     memory_probe --cells           the contenders, and the cells with their sizes and paths, for use above
+//     memory_probe                   the same for each cell and contender, each in a process of its own
 #include <malloc.h>
 
-#include <cstring>
-#include <fstream>
+#include <algorithm>
+#include <cstdlib>
 #include <iostream>
+#include <sstream>
 
 #include "contender.h"
-#include "documents.h"
 
 namespace {
 
@@ -20,18 +20,11 @@ using namespace bench;
 std::size_t status(const std::string& name)
 {
     std::ifstream lines("/proc/self/status");
-    std::string word;
     std::size_t kibibytes = 0;
-    while (lines >> word) {
+    for (std::string word; lines >> word;) {
         if (word == name + ":") lines >> kibibytes;
     }
     return kibibytes << 10;
-}
-
-// Lets the highest count of resident bytes begin anew.
-void forget_peak()
-{
-    std::ofstream("/proc/self/clear_refs") << 5;
 }
 
 std::size_t allocated()
@@ -42,46 +35,54 @@ std::size_t allocated()
 
 // A small file is loaded first: the code that is paged in, and what a parser sets up once and keeps, is not the load's.
 template <class tables, class load_function>
-int report(const std::string& path, load_function load_into)
+void report(const std::string& path, load_function load_into)
 {
-    tables small;
-    if (!load_into(example_document("kinds.xml"), small)) return 1;
+    tables small, loaded;
+    require(load_into(example_document("kinds.xml"), small), "cannot load the example");
     malloc_trim(0);
-    forget_peak();
+    std::ofstream("/proc/self/clear_refs") << 5;  // the highest count of resident bytes begins anew
     const std::size_t resident = status("VmRSS");
     const std::size_t before = allocated();
-    tables loaded;
-    if (!load_into(path, loaded)) return 1;
+    require(load_into(path, loaded), "cannot load " + path);
     const std::size_t left = allocated() - before;
-    const std::size_t peak = status("VmHWM") - resident;
-    std::cout << "{\"peak\": " << peak << ", \"tables\": " << left << "}\n";
-    return 0;
+    std::cout << "{\"peak\": " << status("VmHWM") - resident << ", \"tables\": " << left << "}\n";
 }
 
-int print_cells()
+void report(const std::string& contender, const std::string& path)
 {
-    std::cout << "contenders " << library_name;
-    for (const peer& each : peers()) std::cout << ' ' << each.name;
-    std::cout << '\n';
-    for (const cell& each : load_cells()) {
-        std::cout << "cell " << each.name() << ' ' << each.size() << ' ' << each.path() << '\n';
+    if (contender == library_name) {
+        return report<map_collection>(path, [](const auto& from, auto& maps) { return load(from, maps); });
     }
-    return 0;
+    const auto by = std::find_if(peers().begin(), peers().end(), [&](auto& each) { return contender == each.name; });
+    require(by != peers().end(), "no contender " + contender);
+    report<host_tables>(path, [&](const auto& from, auto& tables) { return load(*by, from, tables); });
+}
+
+void report_all(const std::string& program)
+{
+    std::string contenders = library_name;
+    for (const peer& each : peers()) contenders += std::string(" ") + each.name;
+    const char* separator = "[";
+    for (const cell& in : load_cells()) {
+        std::istringstream words(contenders);
+        for (std::string contender; words >> contender; separator = "},\n") {
+            std::cout << separator << "{\"cell\": \"" << in.name << "\", \"size\": " << in.size()
+                      << ", \"contender\": \"" << contender << "\", \"figures\": " << std::flush;
+            require(std::system((program + " " + contender + " " + in.path()).c_str()) == 0, "a load failed");
+        }
+    }
+    std::cout << "}]\n";
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc == 2 && std::strcmp(argv[1], "--cells") == 0) return print_cells();
-    if (argc == 3 && std::strcmp(argv[1], library_name) == 0) {
-        using data_mapper4::map_collection;
-        return report<map_collection>(argv[2], [](const auto& path, auto& maps) { return load(path, maps); });
+    try {
+        argc == 3 ? report(argv[1], argv[2]) : report_all(argv[0]);
+    } catch (const std::exception& error) {
+        std::cerr << "memory_probe: " << error.what() << '\n';
+        return 1;
     }
-    for (const peer& by : peers()) {
-        if (argc != 3 || std::strcmp(argv[1], by.name) != 0) continue;
-        return report<host_tables>(argv[2], [&](const auto& path, auto& tables) { return load(by, path, tables); });
-    }
-    std::cerr << "usage: memory_probe CONTENDER FILE | memory_probe --cells\n";
-    return 2;
+    return 0;
 }

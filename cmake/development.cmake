@@ -26,10 +26,7 @@ if(DATA_MAPPER4_TESTS)
     add_subdirectory(tests)
 endif()
 
-option(DATA_MAPPER4_BENCH "Build the benchmarks (needs Google Benchmark and the parsers in bench/CMakeLists.txt)" OFF)
-if(DATA_MAPPER4_BENCH)
-    add_subdirectory(bench)
-endif()
+add_subdirectory(bench)
 
 option(DATA_MAPPER4_FUZZ "Build the fuzz targets, and the library under the sanitizers (needs clang and expat)" OFF)
 if(DATA_MAPPER4_FUZZ)
