@@ -12,9 +12,9 @@ namespace {
 // How many items and values together end a batch. Items that come in the order of their keys need no sorting, and a
 // small batch of them stays in the processor's nearest cache. Others are gathered up to a number, or up to a part of what
 // was gathered before, so that the batch's memory stays small beside the table's.
-constexpr std::size_t batch_in_order = 256;
-constexpr std::size_t smallest_batch = 8192;
-constexpr std::size_t part_of_table = 4;
+constexpr std::size_t batch_in_order = 1024;
+constexpr std::size_t smallest_batch = 16384;
+constexpr std::size_t part_of_table = 2;
 
 // The first bytes of a key as a number that has their order. Zeros are put for those that are missing: no key contains
 // one.
