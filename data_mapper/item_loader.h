@@ -37,7 +37,7 @@ std::vector<typename items::iterator> places_of(const item_batch& batch, items& 
     end = batch.items.size();
     const gathered_item* last_kept = nullptr;
     auto place = known.lower_bound(ustring8(batch.items[batch.sorted.front().item].key));
-    for (const item_batch::by_key& each : batch.sorted) {
+    for (const item_batch::sorted_item& each : batch.sorted) {
         const gathered_item& item = batch.items[each.item];
         place = place_of(known, place, item.key);
         places.push_back(place);

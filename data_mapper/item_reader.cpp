@@ -12,24 +12,9 @@ namespace {
 // How many items and values together end a batch. Items that come in the order of their keys need no sorting, and a
 // small batch of them stays in the processor's nearest cache. Others are gathered up to a number, or up to a part of what
 // was gathered before, so that the batch's memory stays small beside the table's.
-constexpr std::size_t batch_in_order = 1024;
+constexpr std::size_t batch_in_order = 256;
 constexpr std::size_t smallest_batch = 16384;
-constexpr std::size_t part_of_table = 2;
-
-// The first bytes of a key as a number that has their order. Zeros are put for those that are missing: no key contains
-// one.
-std::uint64_t first_bytes(std::string_view key)
-{
-    constexpr std::size_t size = sizeof(std::uint64_t);
-    std::uint64_t bytes = 0;
-    if (key.size() >= size) {
-        // One load for the compiler.
-        for (std::size_t i = 0; i < size; ++i) bytes = bytes << 8 | static_cast<unsigned char>(key[i]);
-        return bytes;
-    }
-    for (const char byte : key) bytes = bytes << 8 | static_cast<unsigned char>(byte);
-    return key.empty() ? 0 : bytes << 8 * (size - key.size());
-}
+constexpr std::size_t part_of_table = 1;
 
 // The comparison is inlined, that of two views is not.
 template <std::size_t size>
@@ -53,45 +38,6 @@ bool has_form(const xml_element& element, item_form form)
 }
 
 }  // namespace
-
-std::size_t item_batch::value_count(std::size_t item) const
-{
-    const std::size_t end = item + 1 == items.size() ? values.size() : items[item + 1].first_value;
-    return end - items[item].first_value;
-}
-
-void item_batch::add(const xml_value& key, std::size_t position, std::size_t schema_size)
-{
-    std::string_view text = key.raw;
-    if (!key.is_plain) {
-        text = normalised_keys.emplace_front(key.normalised());
-        normalised_bytes += text.size();
-    }
-    is_in_order = is_in_order && (items.empty() || items.back().key < text);
-    items.push_back({text, position, values.size(), schema_size, true});
-}
-
-// Stable, so that items of one name stay in the order of the document.
-void item_batch::sort()
-{
-    sorted.clear();
-    const auto is_less = [this](const by_key& a, const by_key& b) {
-        if (a.first_bytes != b.first_bytes) return a.first_bytes < b.first_bytes;
-        const int keys = items[a.item].key.compare(items[b.item].key);
-        return keys != 0 ? keys < 0 : a.item < b.item;
-    };
-    for (std::size_t i = 0; i < items.size(); ++i) sorted.push_back({first_bytes(items[i].key), i});
-    if (!is_in_order) std::sort(sorted.begin(), sorted.end(), is_less);
-}
-
-void item_batch::clear()
-{
-    items.clear();
-    values.clear();
-    normalised_keys.clear();
-    normalised_bytes = 0;
-    is_in_order = true;
-}
 
 item_reader::item_reader(map_type type, xml_stream_parser& parser, attrib_schema& schema, map_error_t& error)
     : m_kind(*find_kind(type)), m_queue(elements_of(parser)), m_schema(schema), m_error(error)

@@ -9,12 +9,10 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <forward_list>
-#include <string_view>
 #include <vector>
 
 #include "data_mapper/attrib_schema.h"
+#include "data_mapper/item_batch.h"
 #include "data_mapper/map_error_t.h"
 #include "data_mapper/map_kind.h"
 #include "platform/xml_element_queue.h"
@@ -25,41 +23,6 @@ namespace data_mapper4 {
 using NUVEK_2_18::parser::xml_element;
 using NUVEK_2_18::parser::xml_element_queue;
 using NUVEK_2_18::parser::xml_stream_parser;
-using NUVEK_2_18::parser::xml_value;
-
-struct gathered_item
-{
-    std::string_view key;
-    std::size_t position;     // in the queue
-    std::size_t first_value;  // in the batch; its values end where those of the next item begin
-    std::size_t schema_size;  // names in the schema before the item
-    bool is_kept;             // false for an item that is faulty or dropped: only its key counts
-};
-
-// Items of a map in the order of the document, and in the order of their keys.
-struct item_batch
-{
-    struct by_key
-    {
-        std::uint64_t first_bytes;  // of the key, as a number with their order
-        std::size_t item;           // its number in the batch
-    };
-
-    std::vector<gathered_item> items;
-    std::vector<xml_value> values;
-    std::vector<by_key> sorted;
-    std::forward_list<ustring8> normalised_keys;  // those that are not in the text as they are
-    std::size_t normalised_bytes = 0;
-    bool is_in_order = true;  // whether each key is greater than the one before it
-
-    // Items and values; of normalised keys, so many bytes count as one.
-    static constexpr std::size_t key_bytes = 16;
-    std::size_t size() const { return items.size() + values.size() + normalised_bytes / key_bytes; }
-    std::size_t value_count(std::size_t item) const;
-    void add(const xml_value& key, std::size_t position, std::size_t schema_size);
-    void sort();
-    void clear();
-};
 
 class item_reader
 {
