@@ -135,7 +135,7 @@ void compare(std::string_view bytes, xml_stream_parser::error_type outcome, cons
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string_view bytes = text_of(data, size);
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     write_memory_file(file_number, bytes);
     const std::string path = "/proc/self/fd/" + std::to_string(file_number);
     xml_stream_parser parser(NUVEK_2_18::strings::utf8_to_utf16(path), xml_stream_parser::header_optional);

@@ -99,9 +99,10 @@ private:
         const bool is_start = element.status != xml_stream_parser::no_error;
         const bool is_include = element.tag == "include";
         if (element.attributes.empty() && !is_start && kind != MT_UNKNOWN) return true;
-        if (element.attributes.size() != 1) return fail(map_error_t::invalid_format);
-        const auto& [attribute, value] = element.attributes.front();
-        if (attribute != (is_include ? "file" : "name")) return fail(map_error_t::invalid_format);
+        const char* const attribute = is_include ? "file" : "name";
+        if (element.attributes.size() != 1 || element.attributes.front().first != attribute)
+            return fail(map_error_t::invalid_format);
+        const std::string& value = element.attributes.front().second;
         if (is_include) {
             load(m_base + value);
             return true;

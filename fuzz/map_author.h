@@ -53,6 +53,7 @@ const texts items_inside = split(
     "<map name='f'><item name='k'/></map>");
 const texts other_texts =
     split("\n|\n\n| |\r\n|text|&amp;|&#10;|<!--c-->|<?p?>|<![CDATA[x]]>|<![CDATA[ ]]>|&bad;|<|]]>|\xFF|</maps>");
+const texts endings = split("|<item");
 // Of the names in a batch: one short, two that differ only after many bytes, one written with references.
 const texts beginnings =
     split("k|a beginning as long as two vectors|a beginning as long as two vectorz|&#xE9;&lt;a&#x62;c");
@@ -81,13 +82,17 @@ private:
         const string line_end = choice < 8 ? "" : "\n";
         if (step == 0) return start_file(openings[choice]);
         if (step <= 2) return open_map(kinds[choice & 3], map_names[choice >> 2 | (step == 1 ? 0 : 4)]);
-        if (step == 3) return choice < 14 ? close_map() : cut(choice == 14 ? "" : "<item");
+        if (step == 3 && choice < 14) return close_map();
         if (step <= 5) return add(line_end + "<item", item_names[choice % 6]);
         if (step == 6) return add_batch(3 + 3 * choice * choice);
         if (step <= 9) return add(line_end + "<arg", values[choice & 3]);
         if (step == 10) return add_attribute(choice & 3, choice >> 2);
         if (step <= 12) return include(choice & 3, choice >> 2);
-        text() += (step == 13 ? items_inside : step == 14 ? maps_inside : other_texts)[choice];
+        m_is_cut = m_is_cut || step == 3;  // what was opened in the file stays open
+        text() += step == 3 ? endings[choice - 14]
+                            : (step == 13   ? items_inside
+                               : step == 14 ? maps_inside
+                                            : other_texts)[choice];
     }
 
     void start_file(const string& opening)
@@ -115,13 +120,6 @@ private:
     {
         if (!m_map.empty() && !m_is_cut) text() += "</" + m_map + ">";
         m_map.clear();
-    }
-
-    // What was opened in the file stays open.
-    void cut(const char* last)
-    {
-        text() += last;
-        m_is_cut = true;
     }
 
     void add(const string& tag, const string& name)

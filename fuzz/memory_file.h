@@ -5,7 +5,6 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -14,11 +13,6 @@
 inline void require(bool condition)
 {
     if (!condition) std::abort();
-}
-
-inline std::string_view text_of(const std::uint8_t* data, std::size_t size)
-{
-    return {reinterpret_cast<const char*>(data), size};
 }
 
 // Makes `content` the whole content of the file /proc/self/fd/<number>.
