@@ -11,18 +11,12 @@
 
 namespace {
 
+using expat_nodes::node;
 using expat_nodes::reading;
 using expat_nodes::xml_stream_parser;
-using nodes = std::vector<xml_stream_parser::node>;
+using nodes = std::vector<node>;
 
 constexpr int file_number = 200;
-
-nodes take_nodes(xml_stream_parser& parser)
-{
-    nodes taken;
-    while (!parser.node_queue_empty()) taken.push_back(parser.node_queue_pop());
-    return taken;
-}
 
 // Every closing node has the tag of the innermost open start node, and lines never decrease. Returns how many elements
 // stay open.
@@ -30,15 +24,15 @@ std::size_t check_nesting(const nodes& found)
 {
     std::vector<std::string> open;
     unsigned long line = 1;
-    for (const xml_stream_parser::node& node : found) {
-        require(node.line >= line && !node.tag.empty());
-        line = node.line;
-        if (node.closing) {
-            require(!open.empty() && open.back() == node.tag && node.status == xml_stream_parser::no_error);
+    for (const node& each : found) {
+        require(each.line >= line && !each.tag.empty());
+        line = each.line;
+        if (each.closing) {
+            require(!open.empty() && open.back() == each.tag && each.status == xml_stream_parser::no_error);
             open.pop_back();
         }
-        require(node.depth == open.size());
-        if (node.status == xml_stream_parser::incomplete) open.push_back(node.tag);
+        require(each.depth == open.size());
+        if (each.status == xml_stream_parser::incomplete) open.push_back(each.tag);
     }
     return open.size();
 }
@@ -46,7 +40,7 @@ std::size_t check_nesting(const nodes& found)
 // After a fault, each parser may have given out any part of the text before it.
 bool are_same(const nodes& ours, const nodes& theirs, bool are_complete, bool are_columns_bytes)
 {
-    const auto is_same = [&](const xml_stream_parser::node& a, const xml_stream_parser::node& b) {
+    const auto is_same = [&](const node& a, const node& b) {
         return a.status == b.status && a.closing == b.closing && a.tag == b.tag && a.line == b.line &&
                a.depth == b.depth && a.attributes == b.attributes && (!are_columns_bytes || a.column == b.column) &&
                (a.data == b.data || (!are_complete && &a == &ours.back()));
@@ -83,12 +77,12 @@ std::string utf8_of(std::string_view utf16, const char* encoding)
 // points, so a text begins with a character of a range if it sorts between the range's ends.
 bool begins_with_new_name_character(std::string_view text)
 {
-    constexpr std::pair<std::string_view, std::string_view> ranges[] = {
+    constexpr std::string_view ranges[][2] = {
         {"\u0100", "\u037E"}, {"\u037F", "\xE0"},         {"\u0800", "\u2000"},        {"\u200C", "\u200E"},
         {"\u203F", "\u2041"}, {"\u2070", "\u2190"},       {"\u2C00", "\u2FF0"},        {"\u3001", "\xED\xA0"},
         {"\uF900", "\uFDD0"}, {"\uFDF0", "\xEF\xBF\xBE"}, {"\U00010000", "\U000F0000"}};
     return std::any_of(std::begin(ranges), std::end(ranges),
-                       [=](const auto& range) { return text >= range.first && text < range.second; });
+                       [=](const auto& range) { return text >= range[0] && text < range[1]; });
 }
 
 // True where expat and this parser differ on purpose.
@@ -141,7 +135,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     xml_stream_parser parser(NUVEK_2_18::strings::utf8_to_utf16(path), xml_stream_parser::header_optional);
     require(parser.error() == xml_stream_parser::no_error);
     const xml_stream_parser::error_type outcome = parser.parse();
-    const nodes found = take_nodes(parser);
+    nodes found;
+    while (!parser.node_queue_empty()) found.push_back(parser.node_queue_pop());
     const std::size_t open = check_nesting(found);
     const bool has_fault = outcome != xml_stream_parser::end_of_file && outcome != xml_stream_parser::incomplete;
     require(has_fault || (outcome == xml_stream_parser::incomplete) == (open != 0));

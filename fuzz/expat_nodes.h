@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/xml_stream_parser.h"
@@ -14,20 +15,15 @@ namespace expat_nodes {
 using NUVEK_2_18::parser::xml_stream_parser;
 using node = xml_stream_parser::node;
 
-struct open_element
-{
-    std::size_t start;  // the index of its start node
-    std::string tail;   // the text after its first child
-};
-
 struct reading
 {
     XML_Parser parser = nullptr;  // only while the document is read
     XML_Error error = XML_ERROR_NONE;
-    std::size_t error_byte = 0;      // where expat stopped
-    std::vector<node> nodes;         // columns count characters
-    std::vector<open_element> open;  // at the end of the input
-    std::string version = "1.0";     // as in the XML header
+    std::size_t error_byte = 0;  // where expat stopped
+    std::vector<node> nodes;     // columns count characters
+    // The elements open at the end of the input: the index of the start node, and the text after the first child.
+    std::vector<std::pair<std::size_t, std::string>> open;
+    std::string version = "1.0";  // as in the XML header
     std::string encoding;
     bool has_doctype = false;
     bool is_in_doctype = false;  // expat stopped there
@@ -55,7 +51,7 @@ inline node& add(reading& to, const char* tag)
 inline void start(void* data, const char* tag, const char** attributes)
 {
     reading& to = reading_of(data);
-    if (!to.open.empty()) to.nodes[to.open.back().start].status = xml_stream_parser::incomplete;
+    if (!to.open.empty()) to.nodes[to.open.back().first].status = xml_stream_parser::incomplete;
     node& added = add(to, tag);
     const int given = XML_GetSpecifiedAttributeCount(to.parser);
     for (int i = 0; i < given; i += 2) added.attributes.emplace_back(attributes[i], attributes[i + 1]);
@@ -65,20 +61,20 @@ inline void start(void* data, const char* tag, const char** attributes)
 inline void end(void* data, const char* tag)
 {
     reading& to = reading_of(data);
-    const open_element closed = std::move(to.open.back());
+    const auto [started, tail] = std::move(to.open.back());
     to.open.pop_back();
-    if (to.nodes[closed.start].status == xml_stream_parser::no_error) return;
+    if (to.nodes[started].status == xml_stream_parser::no_error) return;
     node& added = add(to, tag);
     added.closing = true;
-    added.data = closed.tail;
+    added.data = tail;
 }
 
 inline void text(void* data, const char* characters, int size)
 {
     reading& to = reading_of(data);
     if (to.open.empty()) return;
-    node& started = to.nodes[to.open.back().start];
-    std::string& all = started.status == xml_stream_parser::no_error ? started.data : to.open.back().tail;
+    node& started = to.nodes[to.open.back().first];
+    std::string& all = started.status == xml_stream_parser::no_error ? started.data : to.open.back().second;
     all.append(characters, static_cast<std::size_t>(size));
 }
 
@@ -104,7 +100,7 @@ inline reading read(std::string_view bytes, const char* encoding = nullptr)
         result.error_byte = static_cast<std::size_t>(XML_GetCurrentByteIndex(result.parser));
     }
     XML_ParserFree(result.parser);
-    for (const open_element& each : result.open) result.nodes[each.start].status = xml_stream_parser::incomplete;
+    for (const auto& each : result.open) result.nodes[each.first].status = xml_stream_parser::incomplete;
     for (node& each : result.nodes) {
         if (each.data.find_first_not_of(" \t\r\n") == std::string::npos) each.data.clear();
     }
