@@ -1,51 +1,46 @@
-// Any bytes at all, read as a document: no crash, nodes that nest, and the verdict and the nodes that expat comes to,
-// but for the differences below.
+// Any bytes at all, read as a document: the parser does not crash, its nodes nest, and the outcome and the nodes are the
+// same as expat's, except where may_differ says so.
+#include <iconv.h>
+#include <strings.h>
+
 #include <algorithm>
-#include <utility>
+#include <regex>
 
 #include "expat_nodes.h"
 #include "memory_file.h"
 
 namespace {
 
+using expat_nodes::node;
 using expat_nodes::reading;
 using expat_nodes::xml_stream_parser;
-using nodes = std::vector<xml_stream_parser::node>;
+using nodes = std::vector<node>;
 
-nodes take_nodes(xml_stream_parser& parser)
-{
-    nodes taken;
-    while (!parser.node_queue_empty()) taken.push_back(parser.node_queue_pop());
-    return taken;
-}
+constexpr int file_number = 200;
 
-// Every closing node has the tag of the innermost start node still open, and no line decreases. Gives what stays open.
+// Every closing node has the tag of the innermost open start node, and lines never decrease. Returns how many elements
+// stay open.
 std::size_t check_nesting(const nodes& found)
 {
     std::vector<std::string> open;
     unsigned long line = 1;
-    for (const xml_stream_parser::node& node : found) {
-        require(node.line >= line && !node.tag.empty());
-        line = node.line;
-        if (node.closing) {
-            require(!open.empty() && open.back() == node.tag && node.status == xml_stream_parser::no_error);
+    for (const node& each : found) {
+        require(each.line >= line && !each.tag.empty());
+        line = each.line;
+        if (each.closing) {
+            require(!open.empty() && open.back() == each.tag && each.status == xml_stream_parser::no_error);
             open.pop_back();
         }
-        require(node.depth == open.size());
-        if (node.status == xml_stream_parser::incomplete) open.push_back(node.tag);
+        require(each.depth == open.size());
+        if (each.status == xml_stream_parser::incomplete) open.push_back(each.tag);
     }
     return open.size();
 }
 
-bool is_plain(char byte)
-{
-    return static_cast<unsigned char>(byte - 1) < 0x7F;
-}
-
-// Where one of them stopped, the text before that place may have been given up to any point.
+// After a fault, each parser may have given out any part of the text before it.
 bool are_same(const nodes& ours, const nodes& theirs, bool are_complete, bool are_columns_bytes)
 {
-    const auto is_same = [&](const xml_stream_parser::node& a, const xml_stream_parser::node& b) {
+    const auto is_same = [&](const node& a, const node& b) {
         return a.status == b.status && a.closing == b.closing && a.tag == b.tag && a.line == b.line &&
                a.depth == b.depth && a.attributes == b.attributes && (!are_columns_bytes || a.column == b.column) &&
                (a.data == b.data || (!are_complete && &a == &ours.back()));
@@ -53,115 +48,98 @@ bool are_same(const nodes& ours, const nodes& theirs, bool are_complete, bool ar
     return std::equal(ours.begin(), ours.end(), theirs.begin(), theirs.end(), is_same);
 }
 
-enum class pairs
+// nullptr if the bytes are not UTF-16; expat tells other encodings apart by itself.
+const char* utf16_name(std::string_view bytes)
 {
-    none,
-    little_endian,
-    big_endian,
-};
-
-pairs order_of(std::string_view bytes)
-{
-    if (bytes.size() < 2) return pairs::none;
-    if (bytes.substr(0, 2) == "\xFF\xFE" || bytes[1] == '\0') return pairs::little_endian;
-    return bytes.substr(0, 2) == "\xFE\xFF" || bytes[0] == '\0' ? pairs::big_endian : pairs::none;
+    if (bytes.size() < 2) return nullptr;
+    if (bytes.substr(0, 2) == "\xFF\xFE" || bytes[1] == '\0') return "UTF-16LE";
+    return bytes.substr(0, 2) == "\xFE\xFF" || bytes[0] == '\0' ? "UTF-16BE" : nullptr;
 }
 
-// The character at the place in a document of UTF-16 or, without pairs, of UTF-8; 0 where none stands.
-char32_t character_at(std::string_view bytes, std::size_t at, pairs order)
+// The text in UTF-8, with a byte that is never valid in place of the first ill-formed unit and what follows it. Expat's
+// own conversion lets some ill-formed units through.
+std::string utf8_of(std::string_view utf16, const char* encoding)
 {
-    const auto byte = [&](std::size_t i) { return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U; };
-    const auto unit = [&](std::size_t i) {
-        return order == pairs::big_endian ? byte(i) << 8 | byte(i + 1) : byte(i + 1) << 8 | byte(i);
-    };
-    if (order != pairs::none) {
-        const bool is_high = unit(at) >> 10 == 0x36 && unit(at + 2) >> 10 == 0x37;
-        return is_high ? 0x10000 + ((unit(at) & 0x3FF) << 10 | (unit(at + 2) & 0x3FF)) : unit(at);
-    }
-    const unsigned first = byte(at);
-    const unsigned rest = first < 0xC0 ? 0 : first < 0xE0 ? 1 : first < 0xF0 ? 2 : 3;
-    char32_t character = rest == 0 ? first : first & (0x3FU >> rest);
-    for (std::size_t i = 1; i <= rest; ++i) character = character << 6 | (byte(at + i) & 0x3F);
-    return character;
+    std::string from(utf16);
+    std::string text(utf16.size() * 2, '\0');
+    char* next = from.data();
+    char* end = text.data();
+    std::size_t unread = from.size();
+    std::size_t unused = text.size();
+    const iconv_t converter = iconv_open("UTF-8", encoding);
+    const bool is_sound = iconv(converter, &next, &unread, &end, &unused) == 0;
+    iconv_close(converter);
+    text.resize(text.size() - unused);
+    return is_sound ? text : text + '\xFF';
 }
 
-// Of the name characters of the fifth edition those that an earlier one may not know.
-bool is_new_name_character(char32_t character)
+// True for the name characters of XML's fifth edition that an earlier edition may not allow. UTF-8 sorts like code
+// points, so a text begins with a character of a range if it sorts between the range's ends.
+bool begins_with_new_name_character(std::string_view text)
 {
-    constexpr std::pair<char32_t, char32_t> ranges[] = {
-        {0x100, 0x2FF},   {0x300, 0x37D},   {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x203F, 0x2040},  {0x2070, 0x218F},
-        {0x2C00, 0x2FEF}, {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF}};
-    return std::any_of(std::begin(ranges), std::end(ranges), [=](const std::pair<char32_t, char32_t>& range) {
-        return character >= range.first && character <= range.second;
-    });
+    constexpr std::string_view ranges[][2] = {
+        {"\u0100", "\u037E"}, {"\u037F", "\xE0"},         {"\u0800", "\u2000"},        {"\u200C", "\u200E"},
+        {"\u203F", "\u2041"}, {"\u2070", "\u2190"},       {"\u2C00", "\u2FF0"},        {"\u3001", "\xED\xA0"},
+        {"\uF900", "\uFDD0"}, {"\uFDF0", "\xEF\xBF\xBE"}, {"\U00010000", "\U000F0000"}};
+    return std::any_of(std::begin(ranges), std::end(ranges),
+                       [=](const auto& range) { return text >= range[0] && text < range[1]; });
 }
 
-bool is_sound_utf16(std::string_view bytes, pairs order)
-{
-    for (std::size_t i = 0; i < bytes.size(); i += 2) {
-        const char32_t character = character_at(bytes, i, order);
-        if (character >= 0xD800 && character <= 0xDFFF) return false;
-        if (character >= 0x10000) i += 2;
-    }
-    return bytes.size() % 2 == 0;
-}
-
-bool is_version(std::string_view version)
-{
-    return version.size() > 2 && version.substr(0, 2) == "1." &&
-           version.find_first_not_of("0123456789", 2) == std::string_view::npos;
-}
-
-// Where the two must not be compared.
+// True where expat and this parser differ on purpose.
 bool may_differ(std::string_view bytes, xml_stream_parser::error_type outcome, const reading& theirs)
 {
-    const pairs order = order_of(bytes);
-    // A document type is applied by expat, which also checks what stands in it, and lets undeclared entities be where
-    // they may be declared elsewhere. Here it is read past.
+    // Expat applies a document type, checks what is in it, and accepts undeclared entities if they may be declared
+    // elsewhere. This parser skips it.
     if (theirs.is_in_doctype || (theirs.has_doctype && outcome == xml_stream_parser::unknown_entity)) return true;
-    // Names are those of the fourth edition in expat.
-    if (theirs.error == XML_ERROR_INVALID_TOKEN && is_new_name_character(character_at(bytes, theirs.error_byte, order)))
+    // Expat knows only the names of the fourth edition.
+    if (theirs.error == XML_ERROR_INVALID_TOKEN && begins_with_new_name_character(bytes.substr(theirs.error_byte)))
         return true;
-    // Some encodings that the bytes contradict pass in expat.
+    // Expat accepts some encodings that the bytes contradict,
     if (outcome == xml_stream_parser::fatal_error) return true;
     if (outcome == xml_stream_parser::end_of_file || outcome == xml_stream_parser::incomplete) return false;
-    // So do, in two encodings, three letters that no edition has in names,
-    const bool is_utf8 = order == pairs::none && (theirs.encoding.empty() || (theirs.encoding[0] | 0x20) == 'u');
-    if (!is_utf8 && bytes.find_first_of("\xAA\xB5\xBA") != std::string_view::npos) return true;
-    // a surrogate or a byte without its other half, and versions of any form.
-    return (order != pairs::none && !is_sound_utf16(bytes, order)) || !is_version(theirs.version);
+    // in ISO-8859-1 three letters that no edition allows in names, and versions of any form.
+    const bool is_latin1 = !theirs.encoding.empty() && (theirs.encoding[0] | 0x20) != 'u';
+    static const std::regex version("1\\.[0-9]+");
+    return (is_latin1 && bytes.find_first_of("\xAA\xB5\xBA") != std::string_view::npos) ||
+           !std::regex_match(theirs.version, version);
 }
 
 void compare(std::string_view bytes, xml_stream_parser::error_type outcome, const nodes& found)
 {
-    const reading theirs = expat_nodes::reader().read(bytes);
-    if (may_differ(bytes, outcome, theirs)) return;
+    const char* const utf16 = utf16_name(bytes);
+    const std::string text = utf16 != nullptr ? utf8_of(bytes, utf16) : std::string(bytes);
+    const reading theirs = expat_nodes::read(text, utf16 != nullptr ? "UTF-8" : nullptr);
+    if (may_differ(text, outcome, theirs)) return;
+    const bool is_whole = theirs.is_accepted() || theirs.is_incomplete();
     require((outcome == xml_stream_parser::end_of_file) == theirs.is_accepted());
     require((outcome == xml_stream_parser::incomplete) == theirs.is_incomplete());
     if (theirs.error == XML_ERROR_TAG_MISMATCH) require(outcome == xml_stream_parser::end_tag_mismatch);
     if (theirs.error == XML_ERROR_UNDEFINED_ENTITY) require(outcome == xml_stream_parser::unknown_entity);
-    // The type of an attribute changes its value, and has no effect here.
-    if (theirs.has_attribute_types) return;
-    const bool are_columns_bytes = std::all_of(bytes.begin(), bytes.end(), is_plain);
-    require(are_same(found, theirs.nodes, theirs.is_accepted() || theirs.is_incomplete(), are_columns_bytes));
+    if (is_whole && utf16 != nullptr && !theirs.encoding.empty()) {
+        const char* const declared = theirs.encoding.c_str();
+        require(strcasecmp(declared, "UTF-16") == 0 || strcasecmp(declared, utf16) == 0);
+    }
+    // Expat's attribute values depend on the declared types.
+    if (theirs.has_doctype && text.find("ATTLIST") != std::string::npos) return;
+    const bool is_ascii = std::all_of(text.begin(), text.end(), [](char each) { return (each & 0x80) == 0; });
+    require(are_same(found, theirs.nodes, is_whole, is_ascii));
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const memory_file file(200);
-    const std::string_view bytes = text_of(data, size);
-    file.write(bytes);
-
-    xml_stream_parser parser(NUVEK_2_18::strings::utf8_to_utf16(file.path()), xml_stream_parser::header_optional);
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    write_memory_file(file_number, bytes);
+    const std::string path = "/proc/self/fd/" + std::to_string(file_number);
+    xml_stream_parser parser(NUVEK_2_18::strings::utf8_to_utf16(path), xml_stream_parser::header_optional);
     require(parser.error() == xml_stream_parser::no_error);
     const xml_stream_parser::error_type outcome = parser.parse();
-    const nodes found = take_nodes(parser);
+    nodes found;
+    while (!parser.node_queue_empty()) found.push_back(parser.node_queue_pop());
     const std::size_t open = check_nesting(found);
     const bool has_fault = outcome != xml_stream_parser::end_of_file && outcome != xml_stream_parser::incomplete;
-    require(outcome != xml_stream_parser::end_of_file || open == 0);
-    require(outcome != xml_stream_parser::incomplete || open != 0);
+    require(has_fault || (outcome == xml_stream_parser::incomplete) == (open != 0));
     require(outcome != xml_stream_parser::fatal_error || found.empty());
     require(has_fault ? parser.error_line() >= (found.empty() ? 1 : found.back().line) : parser.error_line() == 0);
     require(parser.parse() == outcome && parser.error() == outcome);

@@ -1,13 +1,11 @@
-// What expat makes of a document, as the nodes that xml_stream_parser.h describes: a second reading of the same bytes.
+// A second reading of a document: what expat finds in it, as the nodes that xml_stream_parser.h describes.
 #pragma once
 
 #include <expat.h>
 
-#include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "platform/xml_stream_parser.h"
@@ -15,130 +13,98 @@
 namespace expat_nodes {
 
 using NUVEK_2_18::parser::xml_stream_parser;
+using node = xml_stream_parser::node;
 
 struct reading
 {
+    XML_Parser parser = nullptr;  // only while the document is read
     XML_Error error = XML_ERROR_NONE;
-    std::size_t error_byte = 0;                  // where expat stopped
-    std::vector<xml_stream_parser::node> nodes;  // columns count characters
-    std::size_t open = 0;                        // elements open at the end
-    std::string version = "1.0";                 // as the XML header has it
+    std::size_t error_byte = 0;  // where expat stopped
+    std::vector<node> nodes;     // columns count characters
+    // The elements open at the end of the input: the index of the start node, and the text after the first child.
+    std::vector<std::pair<std::size_t, std::string>> open;
+    std::string version = "1.0";  // as in the XML header
     std::string encoding;
     bool has_doctype = false;
-    bool has_attribute_types = false;
     bool is_in_doctype = false;  // expat stopped there
 
     bool is_accepted() const { return error == XML_ERROR_NONE; }
     // The input ended between constructs, with an element open.
-    bool is_incomplete() const { return error == XML_ERROR_NO_ELEMENTS && open != 0; }
+    bool is_incomplete() const { return error == XML_ERROR_NO_ELEMENTS && !open.empty(); }
 };
 
-class reader
+inline reading& reading_of(void* data)
 {
-public:
-    reading read(std::string_view bytes)
-    {
-        XML_SetHashSalt(m_parser.get(), 1);
-        XML_SetUserData(m_parser.get(), this);
-        XML_SetElementHandler(m_parser.get(), start, end);
-        XML_SetCharacterDataHandler(m_parser.get(), text);
-        XML_SetXmlDeclHandler(m_parser.get(), header);
-        XML_SetDoctypeDeclHandler(m_parser.get(), start_doctype, end_doctype);
-        XML_SetAttlistDeclHandler(m_parser.get(), attribute_type);
-        if (XML_Parse(m_parser.get(), bytes.data(), static_cast<int>(bytes.size()), 1) != XML_STATUS_OK) {
-            m_reading.error = XML_GetErrorCode(m_parser.get());
-            m_reading.error_byte = static_cast<std::size_t>(XML_GetCurrentByteIndex(m_parser.get()));
-        }
-        m_reading.open = m_open.size();
-        for (const open_element& each : m_open) m_reading.nodes[each.node].status = xml_stream_parser::incomplete;
-        for (xml_stream_parser::node& each : m_reading.nodes) {
-            if (each.data.find_first_not_of(" \t\r\n") == std::string::npos) each.data.clear();
-        }
-        return std::move(m_reading);
+    return *static_cast<reading*>(data);
+}
+
+inline node& add(reading& to, const char* tag)
+{
+    node& added = to.nodes.emplace_back();
+    added.tag = tag;
+    added.line = XML_GetCurrentLineNumber(to.parser);
+    added.column = static_cast<std::uint32_t>(XML_GetCurrentColumnNumber(to.parser) + 1);
+    added.depth = static_cast<std::uint32_t>(to.open.size());
+    return added;
+}
+
+inline void start(void* data, const char* tag, const char** attributes)
+{
+    reading& to = reading_of(data);
+    if (!to.open.empty()) to.nodes[to.open.back().first].status = xml_stream_parser::incomplete;
+    node& added = add(to, tag);
+    const int given = XML_GetSpecifiedAttributeCount(to.parser);
+    for (int i = 0; i < given; i += 2) added.attributes.emplace_back(attributes[i], attributes[i + 1]);
+    to.open.push_back({to.nodes.size() - 1, {}});
+}
+
+inline void end(void* data, const char* tag)
+{
+    reading& to = reading_of(data);
+    const auto [started, tail] = std::move(to.open.back());
+    to.open.pop_back();
+    if (to.nodes[started].status == xml_stream_parser::no_error) return;
+    node& added = add(to, tag);
+    added.closing = true;
+    added.data = tail;
+}
+
+inline void text(void* data, const char* characters, int size)
+{
+    reading& to = reading_of(data);
+    if (to.open.empty()) return;
+    node& started = to.nodes[to.open.back().first];
+    std::string& all = started.status == xml_stream_parser::no_error ? started.data : to.open.back().second;
+    all.append(characters, static_cast<std::size_t>(size));
+}
+
+// `encoding` overrules the XML header; without it, expat tells the encoding.
+inline reading read(std::string_view bytes, const char* encoding = nullptr)
+{
+    reading result;
+    result.parser = XML_ParserCreate(encoding);
+    XML_SetHashSalt(result.parser, 1);
+    XML_SetUserData(result.parser, &result);
+    XML_SetElementHandler(result.parser, start, end);
+    XML_SetCharacterDataHandler(result.parser, text);
+    XML_SetXmlDeclHandler(result.parser, [](void* data, const char* version, const char* encoding_name, int) {
+        if (version != nullptr) reading_of(data).version = version;
+        if (encoding_name != nullptr) reading_of(data).encoding = encoding_name;
+    });
+    XML_SetStartDoctypeDeclHandler(result.parser, [](void* data, const char*, const char*, const char*, int) {
+        reading_of(data).has_doctype = reading_of(data).is_in_doctype = true;
+    });
+    XML_SetEndDoctypeDeclHandler(result.parser, [](void* data) { reading_of(data).is_in_doctype = false; });
+    if (XML_Parse(result.parser, bytes.data(), static_cast<int>(bytes.size()), 1) != XML_STATUS_OK) {
+        result.error = XML_GetErrorCode(result.parser);
+        result.error_byte = static_cast<std::size_t>(XML_GetCurrentByteIndex(result.parser));
     }
-
-private:
-    struct open_element
-    {
-        std::size_t node;  // where its start node stands
-        bool has_child;
-        std::string tail;  // the text behind its first child
-    };
-
-    static reader& self(void* data) { return *static_cast<reader*>(data); }
-
-    xml_stream_parser::node& add(const char* tag)
-    {
-        xml_stream_parser::node& node = m_reading.nodes.emplace_back();
-        node.tag = tag;
-        node.line = XML_GetCurrentLineNumber(m_parser.get());
-        node.column = static_cast<std::uint32_t>(XML_GetCurrentColumnNumber(m_parser.get()) + 1);
-        node.depth = static_cast<std::uint32_t>(m_open.size());
-        return node;
+    XML_ParserFree(result.parser);
+    for (const auto& each : result.open) result.nodes[each.first].status = xml_stream_parser::incomplete;
+    for (node& each : result.nodes) {
+        if (each.data.find_first_not_of(" \t\r\n") == std::string::npos) each.data.clear();
     }
-
-    static void start(void* data, const char* tag, const char** attributes)
-    {
-        reader& me = self(data);
-        if (!me.m_open.empty()) {
-            me.m_open.back().has_child = true;
-            me.m_reading.nodes[me.m_open.back().node].status = xml_stream_parser::incomplete;
-        }
-        xml_stream_parser::node& node = me.add(tag);
-        const int given = XML_GetSpecifiedAttributeCount(me.m_parser.get());
-        for (int i = 0; i < given; i += 2) node.attributes.emplace_back(attributes[i], attributes[i + 1]);
-        me.m_open.push_back({me.m_reading.nodes.size() - 1, false, {}});
-    }
-
-    static void end(void* data, const char* tag)
-    {
-        reader& me = self(data);
-        const open_element closed = std::move(me.m_open.back());
-        me.m_open.pop_back();
-        if (!closed.has_child) return;
-        xml_stream_parser::node& node = me.add(tag);
-        node.closing = true;
-        node.data = closed.tail;
-    }
-
-    static void text(void* data, const char* characters, int size)
-    {
-        reader& me = self(data);
-        if (me.m_open.empty()) return;
-        open_element& element = me.m_open.back();
-        std::string& to = element.has_child ? element.tail : me.m_reading.nodes[element.node].data;
-        to.append(characters, static_cast<std::size_t>(size));
-    }
-
-    static void header(void* data, const char* version, const char* encoding, int /*standalone*/)
-    {
-        if (version != nullptr) self(data).m_reading.version = version;
-        if (encoding != nullptr) self(data).m_reading.encoding = encoding;
-    }
-
-    static void start_doctype(void* data, const char* /*name*/, const char* /*system*/, const char* /*id*/,
-                              int /*subset*/)
-    {
-        self(data).m_reading.has_doctype = true;
-        self(data).m_reading.is_in_doctype = true;
-    }
-
-    static void end_doctype(void* data) { self(data).m_reading.is_in_doctype = false; }
-
-    static void attribute_type(void* data, const char* /*element*/, const char* /*attribute*/, const char* /*type*/,
-                               const char* /*value*/, int /*required*/)
-    {
-        self(data).m_reading.has_attribute_types = true;
-    }
-
-    struct freeing
-    {
-        void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
-    };
-
-    std::unique_ptr<std::remove_pointer_t<XML_Parser>, freeing> m_parser{XML_ParserCreate(nullptr)};
-    reading m_reading;
-    std::vector<open_element> m_open;
-};
+    return result;
+}
 
 }  // namespace expat_nodes

@@ -1,8 +1,9 @@
-// What a load must come to, written down a second time from the headers and docs/format.md, as plainly as it goes: the
-// nodes of a file are expat's, an include is a call within a call, and every kind of table is rows of texts.
+// The result of a load, worked out a second time from the headers and docs/format.md, as plainly as possible: the nodes
+// of a file are expat's, an include is a recursive call, and every kind of table is rows of named texts.
 #pragma once
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
@@ -15,15 +16,14 @@
 namespace load_model {
 
 using namespace data_mapper4;
-using node = xml_stream_parser::node;
-using row = std::vector<std::string>;
+using expat_nodes::node;
+using row = std::map<std::string, std::string>;
 
 struct table
 {
     map_type kind;
-    row schema = {};
-    std::map<std::string, std::vector<row>> items =
-        {};  // for each item its texts, as rows of one, or its rows of values
+    std::vector<std::string> schema = {};                // attribute names
+    std::map<std::string, std::vector<row>> items = {};  // without a schema, a row's text is its "name"
 };
 
 // A file's nodes, the next one first.
@@ -33,21 +33,19 @@ struct queue
     std::size_t next = 0;
 
     bool is_empty() const { return next == nodes.size(); }
-    const node& front() const { return nodes[next]; }
-    bool waits(const char* tag) const { return !is_empty() && front().tag == tag; }
+    bool waits(const char* tag) const { return !is_empty() && nodes[next].tag == tag; }
     const node& take() { return nodes[next++]; }
 };
 
 class collection
 {
 public:
-    // Gives a path's document, or nullptr when it names no file.
-    using file_finder = const expat_nodes::reading* (*)(const std::string& path);
+    using files = std::map<std::string, expat_nodes::reading>;  // by path, with slashes and without ".."
 
-    // Includes that multiply are followed up to this many; what is loaded then says nothing.
+    // Includes that multiply are followed up to this many; the outcome is not meaningful beyond.
     static constexpr std::size_t most_files = 500;
 
-    explicit collection(file_finder find) : m_find(find) {}
+    explicit collection(const files& all) : m_files(&all) {}
 
     std::map<std::string, table> maps;
     map_error_t::result_type result = map_error_t::no_error;
@@ -61,7 +59,13 @@ public:
         const auto entered = m_entered.emplace(path, m_base, maps.size());
         result = entered.second ? map_error_t::no_error : map_error_t::invalid_format;
         if (!entered.second || ++files_read > most_files) return;
-        read(m_find(path));
+        std::string found = path;
+        std::replace(found.begin(), found.end(), '\\', '/');
+        const auto file = m_files->find(std::filesystem::path(found).lexically_normal().string());
+        if (file == m_files->end())
+            fail(map_error_t::file_not_found);
+        else
+            read(file->second);
         m_entered.erase(entered.first);
     }
 
@@ -73,32 +77,32 @@ private:
         return false;
     }
 
-    bool read(const expat_nodes::reading* document)
+    bool read(const expat_nodes::reading& document)
     {
-        if (document == nullptr) return fail(map_error_t::file_not_found);
-        if (!document->is_accepted() && !document->is_incomplete()) return fail(map_error_t::invalid_format);
-        queue waiting{document->nodes};
+        if (!document.is_accepted() && !document.is_incomplete()) return fail(map_error_t::invalid_format);
+        queue waiting{document.nodes};
         const node& root = waiting.take();
         if (root.tag != "maps" || !root.attributes.empty()) return fail(map_error_t::invalid_format);
         while (!waiting.is_empty() && !waiting.waits("maps")) {
             if (!take(waiting.take(), waiting)) return false;
         }
         if (waiting.is_empty()) return true;
-        const bool is_sound = document->is_accepted() && waiting.front().attributes.empty();
+        const bool is_sound = document.is_accepted() && waiting.take().attributes.empty();
         return fail(is_sound ? map_error_t::no_error : map_error_t::invalid_format);
     }
 
+    // A map element or an include; a map element's end tag, too.
     bool take(const node& element, queue& waiting)
     {
-        const std::string tags[] = {"map", "collection_map", "vector_map", "vector_collection_map"};
-        const auto* const tag = std::find(std::begin(tags), std::end(tags), element.tag);
-        const auto kind = static_cast<map_type>(tag - std::begin(tags));
+        constexpr const char* tags[] = {"map", "collection_map", "vector_map", "vector_collection_map"};
+        const auto kind = static_cast<map_type>(std::find(std::begin(tags), std::end(tags), element.tag) - tags);
         const bool is_start = element.status != xml_stream_parser::no_error;
-        if (element.attributes.empty() && !is_start && kind != MT_UNKNOWN) return true;
-        if (element.attributes.size() != 1) return fail(map_error_t::invalid_format);
-        const auto& [attribute, value] = element.attributes.front();
         const bool is_include = element.tag == "include";
-        if (attribute != (is_include ? "file" : "name")) return fail(map_error_t::invalid_format);
+        if (element.attributes.empty() && !is_start && kind != MT_UNKNOWN) return true;
+        const char* const attribute = is_include ? "file" : "name";
+        if (element.attributes.size() != 1 || element.attributes.front().first != attribute)
+            return fail(map_error_t::invalid_format);
+        const std::string& value = element.attributes.front().second;
         if (is_include) {
             load(m_base + value);
             return true;
@@ -111,7 +115,7 @@ private:
         result = map_error_t::no_error;
         line = 0;
         while (!waiting.is_empty()) {
-            if (kind == MT_VECTOR_COLLECTION) line = waiting.front().line;
+            if (kind == MT_VECTOR_COLLECTION) line = waiting.nodes[waiting.next].line;
             if (!waiting.waits("item") || !take_item(loaded, waiting)) break;
         }
         if (result == map_error_t::no_error) maps.emplace(value, loaded);
@@ -146,13 +150,12 @@ private:
 
     bool take_arg(const node& arg, table& to, std::vector<row>& rows)
     {
-        const bool is_simple = to.kind == MT_SIMPLE;
-        if (!is_simple) line = arg.line;
+        if (to.kind != MT_SIMPLE) line = arg.line;
         if (!has_form(arg, to.kind == MT_VECTOR_COLLECTION)) return fail(map_error_t::invalid_format);
-        const std::string& text = arg.attributes.front().second;
-        if (text.empty() && !is_simple) return fail(map_error_t::invalid_format);
+        const auto& name = arg.attributes.front();
+        if (name.second.empty() && to.kind != MT_SIMPLE) return fail(map_error_t::invalid_format);
         if (to.kind == MT_VECTOR_COLLECTION) return take_row(arg, to, rows);
-        rows.push_back({text});
+        rows.push_back({name});
         return true;
     }
 
@@ -161,21 +164,17 @@ private:
     {
         line = 0;
         result = map_error_t::no_error;
-        const std::map<std::string, std::string> given(element.attributes.begin(), element.attributes.end());
         if (to.schema.empty()) {
             for (const auto& attribute : element.attributes) to.schema.push_back(attribute.first);
         }
-        row values;
-        for (const std::string& name : to.schema) values.push_back(given.count(name) == 0 ? "" : given.at(name));
-        for (const auto& [name, value] : given) {
-            const bool is_known = std::find(to.schema.begin(), to.schema.end(), name) != to.schema.end();
-            if (!is_known) return fail(map_error_t::collection_error);
-        }
+        row values(element.attributes.begin(), element.attributes.end());
+        for (const std::string& name : to.schema) values.emplace(name, "");
+        if (values.size() != to.schema.size()) return fail(map_error_t::collection_error);
         rows.push_back(values);
         return true;
     }
 
-    file_finder m_find;
+    const files* m_files;
     std::string m_base;
     std::set<std::tuple<std::string, std::string, std::size_t>> m_entered;
 };

@@ -1,53 +1,75 @@
-// Runs a fuzz target over files, or the files of folders, without a fuzzer: each file as it is, cut at every byte, and
-// with every byte flipped, set to zero, deleted and doubled.
-#include <cstddef>
+// Runs a fuzz target without a fuzzer: document_fuzz COUNT FILE...
+//
+// Each file is an input as it is, cut at every byte, and with every byte flipped, set to zero, deleted
+// and doubled. COUNT inputs more are mixed from the files and random bytes, the same ones each time. An input that fails
+// is left in the file failed_input.
+#include <csignal>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <iterator>
+#include <random>
 #include <string>
+#include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
 
-std::size_t inputs = 0;
+std::string current;
+
+void save_current(int /*signal*/)
+{
+    std::ofstream("failed_input", std::ios::binary) << current;
+}
 
 void run(const std::string& input)
 {
+    current = input;
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
-    ++inputs;
 }
 
-void run_variants(const std::filesystem::path& path)
+void run_variants(const std::string& input)
 {
-    std::ifstream in(path, std::ios::binary);
-    const std::string input{std::istreambuf_iterator<char>(in), {}};
-    std::cout << path.filename().string() << std::endl;  // seen also when the target aborts
     run(input);
     for (std::size_t i = 0; i < input.size(); ++i) {
         const std::string before = input.substr(0, i);
-        const std::string behind = input.substr(i + 1);
+        const std::string after = input.substr(i + 1);
         run(before);
-        run(before + static_cast<char>(~input[i]) + behind);
-        run(before + '\0' + behind);
-        run(before + behind);
-        run(before + input[i] + input[i] + behind);
+        run(before + static_cast<char>(~input[i]) + after);
+        run(before + '\0' + after);
+        run(before + after);
+        run(before + input[i] + input[i] + after);
     }
+}
+
+// An input in which a few parts are replaced by parts of other inputs, or by random bytes.
+std::string mixed(const std::vector<std::string>& inputs, std::mt19937& random)
+{
+    const auto below = [&](std::size_t limit) { return random() % limit; };
+    std::string result = inputs[below(inputs.size())];
+    for (std::size_t edits = 1 + below(6); edits != 0; --edits) {
+        const std::string& other = inputs[below(inputs.size())];
+        std::string part = other.substr(below(other.size() + 1), 1 + below(30));
+        if (below(2) == 0) part = std::string(1, static_cast<char>(random()));
+        result.replace(below(result.size() + 1), below(4), part);
+    }
+    return result;
 }
 
 }  // namespace
 
-int main(int count, char** paths)
+int main(int count, char** arguments)
 {
-    for (int i = 1; i < count; ++i) {
-        if (!std::filesystem::is_directory(paths[i])) {
-            run_variants(paths[i]);
-            continue;
-        }
-        for (const auto& entry : std::filesystem::directory_iterator(paths[i])) run_variants(entry.path());
+    std::signal(SIGABRT, save_current);
+    std::vector<std::string> inputs;
+    for (int i = 2; i < count; ++i) {
+        std::ifstream in(arguments[i], std::ios::binary);
+        if (!in) return 1;
+        inputs.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        run_variants(inputs.back());
     }
-    std::cout << inputs << " inputs\n";
-    return inputs == 0 ? 1 : 0;
+    if (inputs.empty()) return 1;
+    std::mt19937 random(1);
+    for (int i = 0; i < std::stoi(arguments[1]); ++i) run(mixed(inputs, random));
+    return 0;
 }
