@@ -14,7 +14,7 @@ namespace {
 // was gathered before, so that the batch's memory stays small beside the table's.
 constexpr std::size_t batch_in_order = 256;
 constexpr std::size_t smallest_batch = 16384;
-constexpr std::size_t part_of_table = 1;
+constexpr std::size_t part_of_table = 2;
 
 // The comparison is inlined, that of two views is not.
 template <std::size_t size>
