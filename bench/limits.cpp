@@ -135,7 +135,7 @@ struct limit
 const std::map<std::string, limit> rows = {
     {"prefixes", {100, prefixes_of_all}},
     {"cycles", {100, cycles}},
-    {"nested", {600, [] { parse(shape_of("nesting", deep), xml_stream_parser::end_of_file, 2 * deep - 1); }}},
+    {"nested", {800, [] { parse(shape_of("nesting", deep), xml_stream_parser::end_of_file, 2 * deep - 1); }}},
     {"left_open", {600, [] { parse(shape_of("left_open", deep), xml_stream_parser::incomplete, deep); }}},
     {"attributes", {400, attributes}},
     {"value", {2300, value}},
