@@ -58,8 +58,8 @@ std::size_t size_of(word from, unsigned shift, unsigned size)
 xml_index::xml_index(std::string_view text) : m_text(text)
 {
     if (bits(text.size(), begin_bits, 64 - begin_bits) != 0) throw std::length_error("a document of 1 TiB or more");
-    // What most files of maps need: half the size of their text.
-    m_words.reserve(text.size() / 16);
+    // What most files of maps need: half the size of their text. From a few megabytes on, growing is cheap beside the rest.
+    m_words.reserve(std::min<std::size_t>(text.size() / 16, 1U << 20));
 }
 
 word xml_index::begin_word(const char* begin, word kind) const
