@@ -1,6 +1,8 @@
 // Codes, kinds and their texts, and the printers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "data_mapper/diagnostics/text_dumps.h"
 #include "data_mapper/map_collection.h"
 
@@ -15,7 +17,7 @@ struct opened : map_collection
 
 }  // namespace
 
-TEST(Vocabulary, ATextMovesToAnotherCode)
+TEST(Vocabulary, HasOneTextForEachCode)
 {
     map_collection maps;
     std::string texts;
@@ -38,7 +40,7 @@ TEST(Vocabulary, ATextMovesToAnotherCode)
     EXPECT_EQ(texts, "UNKNOWN MT_SIMPLE MT_COLLECTION MT_VECTOR MT_VECTOR_COLLECTION MT_UNKNOWN UNKNOWN ");
 }
 
-TEST(Vocabulary, AParserCodeIsTakenForAnother)
+TEST(Vocabulary, TurnsParserCodesIntoLoadResults)
 {
     std::string texts;
     for (int code = -1; code <= 14; ++code) {
@@ -54,12 +56,33 @@ TEST(Vocabulary, AParserCodeIsTakenForAnother)
               "unknown_parse_error 0, ");
 }
 
-TEST(Vocabulary, MalformedTextIsLostOrKept)
+TEST(Unicode, ReplacesEachMalformedRunOfUtf8)
 {
-    EXPECT_EQ(NUVEK_2_18::strings::utf8_to_utf16("a\xF0\x90\x80\x80\xE2\x82z\xFF"), u"a\U00010000\uFFFDz\uFFFD");
+    const std::pair<std::string, std::u16string> rows[] = {
+        {std::string("\0a\x7F", 3), std::u16string(u"\0a\x7F", 3)},
+        {"\xC2\x80\xDF\xBF\xE0\xA0\x80", u"\x80\u07FF\u0800"},
+        {"\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", u"\uD7FF\uE000\uFFFF"},
+        {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", u"\U00010000\U0010FFFF"},
+        // a run is a sequence that is cut, or a single byte
+        {"a\xC2z\xE2\x82z\xF0\x90\x80z\xF4\x8F", u"a?z?z?z?"},
+        {"\xC3\xC3\xA9\xE2\x82\xE2\x82\xAC", u"?\u00E9?\u20AC"},
+        {"\x80\xBFz\xC0\xAF\xC1\xBFz\xFE\xFF", u"??z????z??"},
+        {"\xE0\x9F\xBFz\xF0\x8F\xBF\xBFz\xF4\x90\x80\x80z\xF5\x80\x80\x80", u"???z????z????z????"},
+    };
+    for (auto [text, expected] : rows) {
+        std::replace(expected.begin(), expected.end(), u'?', u'\uFFFD');
+        EXPECT_EQ(NUVEK_2_18::strings::utf8_to_utf16(text), expected) << text;
+    }
+    // All surrogates.
+    for (int second = 0xA0; second <= 0xBF; ++second) {
+        for (int third = 0x80; third <= 0xBF; ++third) {
+            const std::string text = {'\xED', static_cast<char>(second), static_cast<char>(third)};
+            EXPECT_EQ(NUVEK_2_18::strings::utf8_to_utf16(text), u"\uFFFD\uFFFD\uFFFD");
+        }
+    }
 }
 
-TEST(Diagnostics, ADumpedNodeLosesALine)
+TEST(Diagnostics, DumpANodeLineByLine)
 {
     xml_stream_parser::node node;
     node.status = xml_stream_parser::incomplete;
