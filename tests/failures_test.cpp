@@ -58,6 +58,26 @@ thread_local failing_calls* memory = nullptr;  // counted while it is set
     std::free(block);
 }
 
+namespace {
+
+// Fails one allocation of an operation, or all from one on. True if it got that far; it has then thrown.
+bool fails(long call, bool is_once, const std::function<void()>& operation)
+{
+    failing_calls calls{0, call, is_once};
+    bool has_thrown = false;
+    memory = &calls;
+    try {
+        operation();
+    } catch (const std::bad_alloc&) {
+        has_thrown = true;
+    }
+    memory = nullptr;
+    EXPECT_EQ(has_thrown, calls.calls > call) << call;
+    return has_thrown;
+}
+
+}  // namespace
+
 TEST(Failures, OfMemoryAreThrownAndLoseNothingThatWasLoaded)
 {
     const documents::folder folder;
@@ -82,19 +102,9 @@ TEST(Failures, OfMemoryAreThrownAndLoseNothingThatWasLoaded)
             bool is_reached = true;
             for (long call = 0; is_reached; ++call) {
                 map_collection maps = old;
-                failing_calls calls{0, call, is_once};
-                bool has_thrown = false;
-                memory = &calls;
-                try {
-                    operation(maps);
-                } catch (const std::bad_alloc&) {
-                    has_thrown = true;
-                }
-                memory = nullptr;
-                is_reached = calls.calls > call;
+                is_reached = fails(call, is_once, [&] { operation(maps); });
                 documents::all_answers(assigned, "old");  // which it may hold in part
                 assigned = map_collection();
-                ASSERT_EQ(has_thrown, is_reached) << call;
                 for (const auto& [name, kind] : map_collection(maps)) {
                     ASSERT_TRUE(maps.has_item(name, documents::long_name + "a")) << name;
                 }
@@ -122,17 +132,7 @@ TEST(Failures, OfMemoryLeaveWholeItemsInATable)
         for (long call = 0; is_reached; ++call) {
             const auto parser = documents::parsed(document + "</maps>", 1);
             opened table;
-            failing_calls calls{0, call, true};
-            bool has_thrown = false;
-            memory = &calls;
-            try {
-                table.load("t", *parser);
-            } catch (const std::bad_alloc&) {
-                has_thrown = true;
-            }
-            memory = nullptr;
-            is_reached = calls.calls > call;
-            ASSERT_EQ(has_thrown, is_reached) << call;
+            is_reached = fails(call, true, [&] { table.load("t", *parser); });
             for (const auto& [name, text] : table.m_items.read()) {
                 EXPECT_TRUE(name == std::string(40, name.at(0)) && text == "text") << name;
             }
