@@ -140,35 +140,18 @@ TEST(XmlStreamParser, ChecksTheShapeOfADoctype)
          {whole.substr(10) + "<a/>", "a SYSTEM 'x'><a/>", "\ta SYSTEM \"]'>\"[]><a/>", "a PUBLIC 'p' \"']>\" [ ] ><a/>",
           "a[] ><a/>", "\xC3\xA9 ><a/>"}},
         {"unexpected_character 1: ",
-         {"a><!DOCTYPE a><a/>",
-          "><a/>",
-          "a SYSTEM><a/>",
-          "a SYSTEM's'><a/>",
-          "aSYSTEM 's'><a/>",
-          "a 's'><a/>",
-          "a SYSTEM 's' 't'><a/>",
-          "a PUBLIC'p' 's'><a/>",
-          "a PUBLIC 'p''s'><a/>",
-          "a PUBLIC '{' 's'><a/>",
-          "a PUBLIC 'p'><a/>",
-          "a PUBLIC \"p' 's'><a/>",
-          "a PUBLIC 'p'q' 's'><a/>",
-          "a [] SYSTEM 's'><a/>",
-          "a [] []><a/>",
-          "a []]><a/>",
-          "a [<!ELEMENT b '>]><a/>",
-          "a [<!ELEMENTb>]><a/>",
-          "a [<!OTHER b>]><a/>",
-          "a [<!ENTITY b <c>]><a/>",
-          "a [<![INCLUDE[]]>]><a/>",
-          "a [x]><a/>",
-          "a [%;]><a/>",
-          "a [%b]><a/>",
-          "a [<?xml p?>]><a/>"}},
+         {"a><!DOCTYPE a><a/>", "><a/>", "a SYSTEM><a/>", "a SYSTEM's'><a/>", "aSYSTEM 's'><a/>", "a 's'><a/>",
+          "a SYSTEM 's' 't'><a/>", "a PUBLIC'p' 's'><a/>", "a PUBLIC 'p''s'><a/>", "a PUBLIC '{' 's'><a/>",
+          "a PUBLIC 'p'><a/>", "a PUBLIC \"p' 's'><a/>", "a PUBLIC 'p'q' 's'><a/>",
+          // in or after the subset
+          "a [] SYSTEM 's'><a/>", "a [] []><a/>", "a []]><a/>", "a [<!ELEMENT b '>]><a/>", "a [<!ELEMENTb>]><a/>",
+          "a [<!OTHER b>]><a/>", "a [<!ENTITY b <c>]><a/>", "a [<![INCLUDE[]]>]><a/>", "a [x]><a/>", "a [%;]><a/>",
+          "a [%b]><a/>", "a [<?xml p?>]><a/>"}},
     };
     check(rows, [](const std::string& rest) { return outcome("<!DOCTYPE " + rest); });
-    for (const auto* each : {"<!DOCTYPEa><a/>", "<!DOCTYPE><a/>", "<!doctype a><a/>"})
+    for (const auto* each : {"<!DOCTYPEa><a/>", "<!DOCTYPE><a/>", "<!doctype a><a/>"}) {
         EXPECT_EQ(outcome(each), "unexpected_character 1: ");
+    }
     for (std::size_t size = 1; size < whole.size(); ++size) {
         EXPECT_EQ(outcome(whole.substr(0, size)), "unexpected_character 1: ") << size;
     }
