@@ -257,6 +257,7 @@ TEST(Tables, AVectorCollectionMapForgetsAFaultAtTheNextSoundArg)
         {"invalid_format 1 | () | arg", {"{a' c='1}[x]"}},
         {"invalid_format 4 | (name,c) a=((x,1)) | end", {good + "{b}<arg c='1' name='y'/>$"}},
         {"duplicate_item 3 | (name,c) a=((x,1)) | arg", {good + "{a}[y]"}},
+        {"duplicate_item 2 | () a=() | arg", {"{a}{a}[x' c='1]"}},
         {"invalid_format 4 | (name,c) | arg", {good + "<arg c='2'/>[z]<x/>"}},
         {"invalid_format 4 | (name,c) | x", {good + "[]<x/>", good + "<arg/><x/>", good + "<arg name='y'>t</arg><x/>"}},
         {"collection_error 4 | (name,c) | x", {dropped + "<x/>"}},
