@@ -1,4 +1,4 @@
-// Memory and files that fail, at every call. A program of its own: it replaces the calls.
+// Memory and files that fail, at every call. A separate program, since it replaces the calls.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -40,7 +40,7 @@ thread_local failing_calls* memory = nullptr;  // counted while it is set
 
 }  // namespace
 
-// Not inlined: a compiler that sees one of them without the other takes the pair for a mistake.
+// Not inlined: a compiler that sees only one of the two would warn of a mismatch.
 [[gnu::noinline]] void* operator new(std::size_t size)
 {
     void* const block = memory != nullptr && memory->fails_now() ? nullptr : std::malloc(size);
@@ -60,65 +60,33 @@ thread_local failing_calls* memory = nullptr;  // counted while it is set
 
 namespace {
 
-using text_map = std::map<ustring8, ustring8>;
-
-// A file with a map of each kind. Their names begin with the prefix; strings are too long to need no memory.
-std::string file_of(const std::string& prefix)
+// Fails one allocation of an operation, or all from one on. True if it got that far; it has then thrown.
+bool fails(long call, bool is_once, const std::function<void()>& operation)
 {
-    const std::string name = "name='a name that is too long to be kept without memory ";
-    std::string items[4];
-    for (const std::string key : {"c", "a", "d", "b"}) {
-        items[0] += "<item " + name + key + "'/><arg " + name + "&amp;'/>";
-        items[1] += "<item " + name + key + "'/><arg " + name + "1'/><arg " + name + "2'/>";
-        items[2] += "<item " + name + key + "' other='1'/>";
-        items[3] += "<item " + name + key + "'/><arg " + name + "' other='1'/>";
+    failing_calls calls{0, call, is_once};
+    bool has_thrown = false;
+    memory = &calls;
+    try {
+        operation();
+    } catch (const std::bad_alloc&) {
+        has_thrown = true;
     }
-    const std::string kinds[] = {"map", "vector_map", "collection_map", "vector_collection_map"};
-    std::string text = "<maps>";
-    for (int i = 0; i < 4; ++i) {
-        text += '<' + kinds[i] + " name='" + prefix + kinds[i] + "'>" + items[i] + "</" + kinds[i] + '>';
-    }
-    return text + "</maps>";
-}
-
-// Every answer about the maps of the prefix, as one text.
-std::string answers(map_collection& maps, const std::string& prefix)
-{
-    std::string text;
-    for (const std::string key : {"a", "b", "c", "d", "e"}) {
-        const ustring8 item = "a name that is too long to be kept without memory " + key;
-        ustring8 value;
-        ustring8 name;
-        std::vector<ustring8> values;
-        text_map attribs;
-        std::vector<text_map> sets;
-        const bool found[] = {
-            maps.get_arg(prefix + "map", item, value),
-            maps.get_args(prefix + "vector_map", item, values),
-            maps.get_attribs(prefix + "collection_map", item, attribs),
-            maps.get_attrib(prefix + "collection_map", item, "name", name),
-            maps.get_args_vector(prefix + "vector_collection_map", item, sets),
-        };
-        for (const bool each : found) text += std::to_string(each);
-        text += value + std::to_string(values.size()) + attribs["other"] + name;
-        for (text_map& set : sets) text += set["other"] + set["name"];
-        for (const auto& [map, kind] : maps.maps()) text += std::to_string(maps.has_item(map, item));
-    }
-    for (const auto& [map, kind] : maps.maps()) text += map + std::to_string(maps.has_key(map, "other"));
-    return text;
+    memory = nullptr;
+    EXPECT_EQ(has_thrown, calls.calls > call) << call;
+    return has_thrown;
 }
 
 }  // namespace
 
-TEST(Failures, MemoryThatRunsOutLosesWhatWasLoaded)
+TEST(Failures, OfMemoryAreThrownAndLoseNothingThatWasLoaded)
 {
     const documents::folder folder;
-    folder.write("old", file_of("old"));
-    folder.write("new", file_of("new"));
+    folder.write("old", documents::four_maps("old"));
+    folder.write("new", documents::four_maps("new"));
     folder.write("last", "<maps><include file='new'/></maps>");
     map_collection old;
     ASSERT_EQ(old.load(folder.path("old")).type(), map_error_t::no_error);
-    const std::string old_answers = answers(old, "old");
+    const std::string old_answers = documents::all_answers(old, "old");
     const std::wstring path = folder.path("new");
     const std::wstring including = folder.path("last");
     map_collection assigned;
@@ -127,32 +95,22 @@ TEST(Failures, MemoryThatRunsOutLosesWhatWasLoaded)
         [&](map_collection& maps) { maps.load(including); },
         [&](map_collection& maps) { const map_collection copy = maps; },
         [&](map_collection& maps) { assigned = maps; },
-        [&](map_collection& maps) { answers(maps, "old"); },
+        [&](map_collection& maps) { documents::all_answers(maps, "old"); },
     };
     for (const auto& operation : operations) {
         for (const bool is_once : {true, false}) {
             bool is_reached = true;
             for (long call = 0; is_reached; ++call) {
                 map_collection maps = old;
-                failing_calls calls{0, call, is_once};
-                bool has_thrown = false;
-                memory = &calls;
-                try {
-                    operation(maps);
-                } catch (const std::bad_alloc&) {
-                    has_thrown = true;
-                }
-                memory = nullptr;
-                is_reached = calls.calls > call;
-                answers(assigned, "old");  // what it holds now is not settled
+                is_reached = fails(call, is_once, [&] { operation(maps); });
+                documents::all_answers(assigned, "old");  // which it may hold in part
                 assigned = map_collection();
-                ASSERT_EQ(has_thrown, is_reached) << call;
                 for (const auto& [name, kind] : map_collection(maps)) {
-                    ASSERT_TRUE(maps.has_item(name, "a name that is too long to be kept without memory a")) << name;
+                    ASSERT_TRUE(maps.has_item(name, documents::long_name + "a")) << name;
                 }
                 map_collection target = maps;
                 target = old;
-                ASSERT_EQ(answers(target, "old"), old_answers) << call;
+                ASSERT_EQ(documents::all_answers(target, "old"), old_answers) << call;
                 target.load(folder.path("new"));
                 ASSERT_EQ(target.maps().size(), 8U) << call;
             }
@@ -160,8 +118,8 @@ TEST(Failures, MemoryThatRunsOutLosesWhatWasLoaded)
     }
 }
 
-// A table on its own keeps some of the items, each of them whole, also if one is a duplicate.
-TEST(Failures, ATableWithoutMemoryThrowsAndKeepsWholeItems)
+// Also if one of them is a duplicate.
+TEST(Failures, OfMemoryLeaveWholeItemsInATable)
 {
     struct opened : map_t
     {
@@ -172,20 +130,9 @@ TEST(Failures, ATableWithoutMemoryThrowsAndKeepsWholeItems)
         for (const char key : order) document += "<item name='" + std::string(40, key) + "'/><arg name='text'/>";
         bool is_reached = true;
         for (long call = 0; is_reached; ++call) {
-            const auto parser = documents::parsed(document + "</maps>");
-            parser->node_queue_pop();
+            const auto parser = documents::parsed(document + "</maps>", 1);
             opened table;
-            failing_calls calls{0, call, true};
-            bool has_thrown = false;
-            memory = &calls;
-            try {
-                table.load("t", *parser);
-            } catch (const std::bad_alloc&) {
-                has_thrown = true;
-            }
-            memory = nullptr;
-            is_reached = calls.calls > call;
-            ASSERT_EQ(has_thrown, is_reached) << call;
+            is_reached = fails(call, true, [&] { table.load("t", *parser); });
             for (const auto& [name, text] : table.m_items.read()) {
                 EXPECT_TRUE(name == std::string(40, name.at(0)) && text == "text") << name;
             }
@@ -199,14 +146,14 @@ TEST(Failures, ATableWithoutMemoryThrowsAndKeepsWholeItems)
 
 namespace {
 
-// What the calls of the system do; every one that is not told otherwise does its work.
+// What the calls to the system do.
 struct file_calls
 {
     failing_calls open = {};
     failing_calls fstat = {};
     failing_calls read = {};
     int error = EIO;
-    off_t claimed_size = -1;       // what fstat says, if not negative
+    off_t claimed_size = -1;       // by fstat, if not negative
     std::size_t most = SSIZE_MAX;  // bytes in a read
     long last_read = LONG_MAX;     // reads from this one on find the end
 };
@@ -237,10 +184,10 @@ extern "C" ssize_t read(int file, void* to, std::size_t size)
     return ::syscall(SYS_read, file, to, std::min(size, files->most));
 }
 
-TEST(Failures, AFileThatFailsIsHalfASuccess)
+TEST(Failures, OfFilesAreResults)
 {
     const documents::folder folder;
-    const std::string content = file_of("m");
+    const std::string content = documents::four_maps("m");
     folder.write("m", content);
     const auto load = [&](file_calls calls) {
         map_collection maps;
@@ -252,8 +199,8 @@ TEST(Failures, AFileThatFailsIsHalfASuccess)
     const failing_calls at_once{0, 0, true};
     EXPECT_EQ(load({at_once}), "file_not_found 0");
     EXPECT_EQ(load({{}, at_once}), "file_not_found 0");
-    EXPECT_EQ(load({{}, {}, {0, 0, true}, EINTR}), "no_error 4") << "an interrupted read is not tried again";
-    // The size that the file claims is a lie, or was true a moment ago.
+    EXPECT_EQ(load({{}, {}, {0, 0, true}, EINTR}), "no_error 4") << "an interrupted read is tried again";
+    // The size that the file claims is wrong, or no longer true.
     for (const off_t claimed : {off_t{0}, off_t{1}, static_cast<off_t>(content.size()) * 2, off_t{1} << 60}) {
         EXPECT_EQ(load({{}, {}, {}, EIO, claimed}), "no_error 4") << claimed;
         EXPECT_EQ(load({{}, {}, {}, EIO, claimed, 7}), "no_error 4") << claimed;
@@ -262,7 +209,7 @@ TEST(Failures, AFileThatFailsIsHalfASuccess)
     const auto reads = static_cast<long>((content.size() + 6) / 7);
     for (long call = 1; call <= reads; ++call) {
         EXPECT_EQ(load({{}, {}, {0, call, true}, EIO, -1, 7}), "invalid_format 0") << call;
-        // Without its last end tag, a document is one whose root is still open.
+        // A document without its last end tag has an open root, and is read.
         const std::string got = content.substr(0, static_cast<std::size_t>(call) * 7);
         const bool is_enough = got.size() >= content.rfind("</maps>") && (got.back() == '>');
         EXPECT_EQ(load({{}, {}, {}, EIO, -1, 7, call}) == "no_error 4", is_enough) << call;
