@@ -13,7 +13,7 @@ namespace {
 // small batch of them stays in the processor's nearest cache. Others are gathered up to a number, or up to a part of what
 // was gathered before, so that the batch's memory stays small beside the table's.
 constexpr std::size_t batch_in_order = 256;
-constexpr std::size_t smallest_batch = 16384;
+constexpr std::size_t smallest_batch = 4096;
 constexpr std::size_t part_of_table = 2;
 
 // The comparison is inlined, that of two views is not.

@@ -72,8 +72,8 @@ public:
     }
 
 private:
-    static constexpr int most_includes = 5;              // what a cycle leads to grows with their factorial
-    static constexpr std::size_t most_in_batches = 700;  // items
+    static constexpr int most_includes = 5;               // what a cycle leads to grows with their factorial
+    static constexpr std::size_t most_in_batches = 1200;  // items
 
     string& text() { return m_files[m_at]; }
 
@@ -84,7 +84,7 @@ private:
         if (step <= 2) return open_map(kinds[choice & 3], map_names[choice >> 2 | (step == 1 ? 0 : 4)]);
         if (step == 3 && choice < 14) return close_map();
         if (step <= 5) return add(line_end + "<item", item_names[choice % 6]);
-        if (step == 6) return add_batch(3 + choice * choice * choice / 5);
+        if (step == 6) return add_batch(3 + choice * choice * choice / 3);
         if (step <= 9) return add(line_end + "<arg", values[choice & 3]);
         if (step == 10) return add_attribute(choice & 3, choice >> 2);
         if (step <= 12) return include(choice & 3, choice >> 2);

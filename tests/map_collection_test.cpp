@@ -234,22 +234,3 @@ TEST(MapCollection, AnswersForTheKindOfTheMap)
     EXPECT_TRUE(collection_map_t(maps.collection_map("c")).id() == "c");
     EXPECT_TRUE(vector_collection_map_t(maps.vector_collection_map("vc")).id() == "vc");
 }
-
-// Where the input ends between elements, the maps before it are loaded, except for an item that may have an arg;
-// elsewhere the file is not well-formed.
-TEST(MapCollection, KeepsTheMapsBeforeACut)
-{
-    const documents::folder folder;
-    const std::string whole = file_of(m + c + vc);
-    const std::string last_item = "<item name='l'/></vector";
-    for (std::size_t size = 1; size < whole.size(); ++size) {
-        folder.write("a.xml", whole.substr(0, size));
-        opened maps;
-        const bool is_sound = maps.load(folder.path("a.xml")).type() == map_error_t::no_error;
-        const bool is_read = whole[size - 1] == '>';
-        const bool ends_with_item = whole.substr(size, 4) == "<arg" ? whole.substr(size, 14) != "<arg name='t'/"
-                                                                    : size == whole.find(last_item) + 16;
-        EXPECT_EQ(maps.is_loaded("m"), is_read && size >= whole.find("<item") && size != whole.find("<arg")) << size;
-        EXPECT_EQ(is_sound, is_read && !ends_with_item) << size;
-    }
-}
