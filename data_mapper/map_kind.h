@@ -34,19 +34,19 @@ enum class line_rule
 
 struct map_kind
 {
-    const char* tag;  // of the element that declares such a map
-    map_type type;
+    const char* tag;   // of the element that declares such a map
     const char* text;  // the type's name
+    map_type type;
     item_form item;
     arg_form args;
     line_rule line;
 };
 
 inline constexpr map_kind map_kinds[] = {
-    {"map", MT_SIMPLE, "MT_SIMPLE", item_form::name_only, arg_form::text, line_rule::item},
-    {"vector_map", MT_VECTOR, "MT_VECTOR", item_form::name_only, arg_form::texts, line_rule::item_or_arg},
-    {"collection_map", MT_COLLECTION, "MT_COLLECTION", item_form::name_and_attributes, arg_form::none, line_rule::row},
-    {"vector_collection_map", MT_VECTOR_COLLECTION, "MT_VECTOR_COLLECTION", item_form::name_only, arg_form::rows,
+    {"map", "MT_SIMPLE", MT_SIMPLE, item_form::name_only, arg_form::text, line_rule::item},
+    {"vector_map", "MT_VECTOR", MT_VECTOR, item_form::name_only, arg_form::texts, line_rule::item_or_arg},
+    {"collection_map", "MT_COLLECTION", MT_COLLECTION, item_form::name_and_attributes, arg_form::none, line_rule::row},
+    {"vector_collection_map", "MT_VECTOR_COLLECTION", MT_VECTOR_COLLECTION, item_form::name_only, arg_form::rows,
      line_rule::next},
 };
 

@@ -84,8 +84,10 @@ private:
 
     bool take_declaration(bool is_optional)
     {
-        std::string_view encoding;
-        if (is_at_declaration(m_cursor)) return taken(parser::take_declaration(m_cursor, encoding));
+        if (is_at_declaration(m_cursor)) {
+            std::string_view encoding;
+            return taken(parser::take_declaration(m_cursor, encoding));
+        }
         if (is_optional) return true;
         // Where not even the first character could be decoded, it is not known how the document begins.
         const bool is_unread = m_cursor.is_at_end() && m_fault_at_end != xml_fault::none;
