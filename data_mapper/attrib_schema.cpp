@@ -78,9 +78,7 @@ map_error_t read_attrib_values(const xml_element& element, const attrib_schema& 
     const std::size_t size_before = row.size();
     if (add_in_order(element, schema, row)) return result(map_error_t::no_error);
     row.resize(size_before);
-    if (add_by_name(element, schema, row)) return result(map_error_t::no_error);
-    row.resize(size_before);
-    return result(map_error_t::collection_error);
+    return result(add_by_name(element, schema, row) ? map_error_t::no_error : map_error_t::collection_error);
 }
 
 ustring8 value_at(const std::vector<ustring8>& row, std::size_t k)

@@ -1,6 +1,7 @@
 // The four kinds of table: how each reads the content of its map.
 #include <gtest/gtest.h>
 
+#include "data_mapper/item_batch.h"
 #include "data_mapper/map_collection.h"
 #include "documents.h"
 
@@ -79,7 +80,10 @@ template <class table>
 std::string load_new(const std::string& content)
 {
     table map;
-    return load(map, content);
+    const std::string outcome = load(map, content);
+    map.clear();
+    EXPECT_TRUE(map.empty() && map.begin() == map.end());
+    return outcome;
 }
 
 }  // namespace
@@ -217,4 +221,17 @@ TEST(Tables, ReadTheNextNodeAsTheHostChangedIt)
     EXPECT_EQ(load_changed("{a}<x/>", 7, "f"), "no_error 7 | d= e= f= | x");
     EXPECT_EQ(load_changed("{a}<x/>", 0, "g"), "no_error 0 | d= e= f= g= | x");
     EXPECT_EQ(load_changed("{a}{b}", 0, "f"), "duplicate_item 0 | d= e= f= g= | item");
+}
+
+TEST(Tables, SortABatchByWholeKeys)
+{
+    item_batch batch;
+    std::vector<ustring8> keys;
+    for (std::size_t i = 0; i < 900; ++i)
+        keys.push_back(std::string(i % 40, i % 3 == 0 ? '\xC3' : 'z') + std::to_string(i * 7919 % 251));
+    for (const ustring8& key : keys) batch.add({key, true}, 0, 0);
+    batch.sort();
+    std::vector<std::pair<std::string_view, std::size_t>> sorted;
+    for (const auto& each : batch.sorted) sorted.emplace_back(keys[each.item], each.item);
+    EXPECT_TRUE(std::is_sorted(sorted.begin(), sorted.end()) && sorted.size() == keys.size());
 }
