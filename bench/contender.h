@@ -51,8 +51,8 @@ file_text read_file(const std::string& path);
 // Reads with RapidXML, in place: the tables point into the text.
 bool read_views(const file_text& text, basic_filler<std::string_view>& filler);
 
-// Not a contender but the least that one can cost: gives a function that parses the document with the library, and fills
-// tables in order from texts that were found and sorted before.
+// Not a contender but the least that one can cost: gives a function that parses the document with the library, and
+// fills tables in order from texts that were found and sorted before.
 std::function<bool(host_tables&)> floor_of(const std::string& path);
 
 // The rows that stand in a source of their own.

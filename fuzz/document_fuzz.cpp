@@ -1,5 +1,5 @@
-// Any bytes at all, read as a document: the parser does not crash, its nodes nest, and the outcome and the nodes are the
-// same as expat's, except where may_differ says so.
+// Any bytes at all, read as a document: the parser does not crash, its nodes nest, and the outcome and the nodes are
+// the same as expat's, except where may_differ says so.
 #include <iconv.h>
 #include <strings.h>
 

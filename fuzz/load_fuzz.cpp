@@ -27,8 +27,8 @@ load_model::collection::files write_files(std::string_view steps)
     return files;
 }
 
-// One query for an item, of the tables of one kind. Without an answer the output stays as it was, except that a container
-// is emptied if only the item is missing.
+// One query for an item, of the tables of one kind. Without an answer the output stays as it was, except that a
+// container is emptied if only the item is missing.
 template <typename Output, typename Query>
 void check_query(const load_model::table& table, map_type kind, bool has_item, const Output& expected,
                  const Output& before, Query query)

@@ -134,7 +134,8 @@ private:
         m_attributes += " " + attributes[name] + "='" + values[value] + "'";
     }
 
-    // Items with what belongs to them, in no order; in some batches a name is repeated, or something else is among them.
+    // Items with what belongs to them, in no order; in some batches a name is repeated, or something else is among
+    // them.
     void add_batch(std::size_t size)
     {
         m_in_batches += size;
