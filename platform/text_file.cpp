@@ -71,7 +71,7 @@ private:
     };
 
     std::unique_ptr<std::FILE, closer> m_file;
-    std::int64_t m_size = 0;  // bytes, as the system has it
+    std::int64_t m_size = 0;  // in bytes, as the system reports it
 };
 
 #else
@@ -121,7 +121,7 @@ private:
     }
 
     int m_descriptor;
-    std::int64_t m_size = 0;  // bytes, as the system has it
+    std::int64_t m_size = 0;  // in bytes, as the system reports it
 };
 
 #endif

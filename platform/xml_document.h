@@ -19,8 +19,8 @@ struct xml_document
     xml_index index;             // of the elements in that text
 };
 
-// Checks the document from beginning to end. Time: linear, at most two passes. Memory besides the text:
-// xml_stream_parser.h says.
+// Checks the document from beginning to end. Time: linear, at most two passes. xml_stream_parser.h says how much memory
+// the index takes.
 xml_document check_document(document_text source, bool is_declaration_optional);
 
 }  // namespace NUVEK_2_18::parser
