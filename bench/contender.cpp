@@ -8,7 +8,7 @@ namespace bench {
 
 namespace {
 
-// The library's tables opened up, to compare what they hold.
+// Exposes what the library's tables hold, for comparison.
 struct open_collection : map_collection
 {
     using map_collection::m_collection_maps;
@@ -101,7 +101,7 @@ file_text read_file(const std::string& path)
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
     if (!file) return text;
     text.size = std::filesystem::file_size(path);
-    text.bytes.reset(new char[text.size + 1]);  // not make_unique, which would write zeros over all of it first
+    text.bytes.reset(new char[text.size + 1]);  // not make_unique, which would fill it with zeros first
     if (std::fread(text.bytes.get(), 1, text.size, file.get()) != text.size) return {};
     text.bytes[text.size] = '\0';
     return text;

@@ -1,4 +1,4 @@
-// The contenders: the library, and its peers, which fill a host's own tables on another parser.
+// The contenders: the library, and its peers, which fill a host's own tables with another parser.
 #pragma once
 
 #include <functional>
@@ -11,15 +11,15 @@
 
 namespace bench {
 
-// A parser with the loop that fills tables on it.
+// A parser with the loop that fills tables from it.
 struct peer
 {
     const char* name;
     std::string version;
-    // Gives the elements of one file to the filler; does no more than to parse where that is null. False when the file
+    // Passes the elements of one file to the filler; only parses the file if that is null. Returns false if the file
     // cannot be read.
     bool (*read)(const std::string& path, table_filler* filler);
-    bool is_parser;  // whether the parser is measured by itself, too
+    bool is_parser;  // whether the parser is also measured by itself
 };
 
 extern const peer pugixml, rapidxml, expat, libxml2_sax2, libxml2_reader, tinyxml2, boost_ptree;
@@ -28,19 +28,19 @@ const std::vector<peer>& peers();
 
 constexpr const char* library_name = "data_mapper4";
 
-// Loads a master file with all that it includes. False when anything goes wrong.
+// Loads a master file and everything it includes. Returns false if anything goes wrong.
 bool load(const peer& by, const std::string& path, host_tables& tables);
 bool load(const std::string& path, data_mapper4::map_collection& maps);
 
-// The path as the library takes it, with a backslash before the file's name: includes are relative to what it ends.
+// The path for the library, with a backslash before the file's name, which makes the base directory end there.
 std::wstring library_path(const std::string& path);
 
-// Whether the library's tables hold the same as a host's.
+// Whether the library's tables hold the same as the host's.
 bool is_equal(const data_mapper4::map_collection& maps, const host_tables& tables);
 
 const data_mapper4::map_t& simple_map(const data_mapper4::map_collection& maps, const std::string& name);
 
-// A whole file in memory with a zero behind it, which size does not count. No memory when it cannot be read.
+// A whole file in memory, followed by a zero that is not part of the size. Null if it cannot be read.
 struct file_text
 {
     std::unique_ptr<char[]> bytes;
@@ -48,14 +48,14 @@ struct file_text
 };
 file_text read_file(const std::string& path);
 
-// Reads with RapidXML, in place: the tables point into the text.
+// Parses with RapidXML, in place: the tables point into the text.
 bool read_views(const file_text& text, basic_filler<std::string_view>& filler);
 
-// Not a contender but the least that one can cost: gives a function that parses the document with the library, and fills
+// Not a contender, but a lower limit for one: returns a function that parses the document with the library, and fills
 // tables in order from texts that were found and sorted before.
 std::function<bool(host_tables&)> floor_of(const std::string& path);
 
-// The rows that stand in a source of their own.
+// The rows that are in a source of their own.
 void register_lookups();
 void register_copies();
 

@@ -14,7 +14,7 @@ namespace {
 
 using data_mapper4::map_type;
 
-// Numbers as if thrown, the same everywhere: the standard's own distributions differ between its implementations.
+// Pseudo-random numbers, the same everywhere: the distributions of the standard differ between implementations.
 class dice
 {
 public:
@@ -27,17 +27,17 @@ private:
 
 const char* word(dice& roll)
 {
-    static constexpr std::array plain = {
+    static constexpr std::array ascii = {
         "Time",   "Standard", "North", "of",    "Islands", "Dollar", "Republic", "Central", "42",     "07:31",
         "Office", "and",      "red",   "Saint", "green",   "net",    "total",    "CH",      "Street", "western",
         "Region", "new",      "line",  "price", "per",     "kg",     "Station",  "Upper",   "IC 6",   "Department"};
     static constexpr std::array foreign = {"Zürich", "Überweisung", "São Tomé", "Besançon", "大阪", "Łódź", "café"};
     static constexpr std::array references = {"R&amp;D", "&lt;none&gt;", "&quot;Nord&quot;", "caf&#xE9;", "A &amp; B"};
     if (roll(100) == 0) return references[roll(references.size())];
-    return roll(20) == 0 ? foreign[roll(foreign.size())] : plain[roll(plain.size())];
+    return roll(20) == 0 ? foreign[roll(foreign.size())] : ascii[roll(ascii.size())];
 }
 
-// 2 to 60 bytes, more often few than many.
+// 2 to 60 bytes; short ones are more frequent.
 std::string value(dice& roll)
 {
     const std::size_t length = 2 + std::min(roll(59), roll(59));
@@ -55,7 +55,7 @@ std::string attribute(const std::string& name, const std::string& text)
     return " " + name + "=\"" + text + "\"";
 }
 
-// Attributes after the first, each left out now and then, but not in the element that names them for its map.
+// The attributes after the first. Each is sometimes left out, except in the element that names them for its map.
 std::string attributes(std::initializer_list<const char*> names, dice& roll, bool& is_first)
 {
     std::string text;
@@ -67,7 +67,7 @@ std::string attributes(std::initializer_list<const char*> names, dice& roll, boo
     return text;
 }
 
-// An item with its args. The same number always gives the same, but for an element that names the map's attributes.
+// An item with its args. The same number always makes the same item, unless it names the map's attributes.
 std::string entry(map_type type, std::size_t number, bool& is_first)
 {
     dice roll(number * std::size(map_tags) + static_cast<std::size_t>(type));
@@ -102,7 +102,7 @@ shape document(const std::string& maps)
     return {{"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<maps>\n" + maps + "</maps>\n"}};
 }
 
-// As many numbers as entries fit into the size.
+// As many numbers as there are entries that fit into the size.
 std::vector<std::size_t> numbers_of_size(map_type type, std::size_t size)
 {
     std::vector<std::size_t> numbers;
@@ -176,7 +176,7 @@ std::string written_once(const std::string& name, const std::function<shape()>& 
     const std::filesystem::path path = std::filesystem::temp_directory_path() / "data_mapper4_bench" / name;
     if (!written.insert(name).second) return path.string();
     std::filesystem::create_directories(path.parent_path());
-    // Renamed when it is complete, so that two runs at once do not read each other's halves.
+    // Renamed when it is complete, so that simultaneous runs do not read each other's incomplete files.
     const std::string part = path.string() + "." + std::to_string(std::random_device()());
     write(part, make_content());
     std::filesystem::rename(part, path);
@@ -193,7 +193,7 @@ std::string table_document(map_type type, std::size_t items)
     });
 }
 
-// A beginning that many share, as real names do, and four digits that are different for every number: the factor has no
+// A prefix that many names share, as in real files, and four digits that differ for every number: the factor has no
 // divisor in common with their count.
 std::string item_name(std::size_t number)
 {
@@ -211,7 +211,7 @@ std::string item_name(std::size_t number)
     return name;
 }
 
-// Differs from a name at its end, so that a search goes as deep as for the name.
+// Differs from a real name only at its end, so that a search goes as deep.
 std::string missing_name(std::size_t number)
 {
     std::string name = item_name(number);

@@ -22,7 +22,7 @@ std::vector<row<std::string>> own(const std::vector<row<std::string_view>>& rows
     return owned;
 }
 
-// Gives a function that makes a table like this one. The items lie in memory in the order of their names.
+// Returns a function that makes a table like this one. Its items are in memory in the order of their names.
 template <map_type kind>
 auto filler_of(std::string_view name, const host_table<kind, std::string_view>& like)
 {
@@ -48,7 +48,7 @@ std::function<bool(host_tables&)> floor_of(const std::string& path)
     };
     std::apply([&](const auto&... maps) { (add_fillers(maps), ...); }, tables);
     return [=, units = NUVEK_2_18::strings::utf8_to_utf16(path)](host_tables& to) {
-        static_cast<void>(text);  // what the fillers' views point into
+        static_cast<void>(text);  // the fillers' views point into it
         xml_stream_parser parser(units, xml_stream_parser::header_optional);
         if (parser.parse() != xml_stream_parser::end_of_file) return false;
         for (const auto& fill : fillers) fill(to);

@@ -1,5 +1,5 @@
-// The tables that a host fills by hand, and how: what the contenders share, so that only their parsers differ. The
-// containers are those of the library's own tables.
+// The tables that a host fills by hand, and how it fills them. All contenders share this, so that only their parsers
+// differ. The containers are those of the library's own tables.
 #pragma once
 
 #include <algorithm>
@@ -36,12 +36,12 @@ using basic_tables = std::tuple<tables_by_name<MT_SIMPLE, text>, tables_by_name<
                                 tables_by_name<MT_VECTOR, text>, tables_by_name<MT_VECTOR_COLLECTION, text>>;
 using host_tables = basic_tables<std::string>;
 
-// Fills one map. Attributes are a function that calls another one with the name and the value of each attribute, in
-// the order of the document, until that returns false. A value is a std::string_view, or a std::string&& where the
-// parser's own string can be moved.
+// Fills one map. `attributes` is a function that calls another one with the name and value of each attribute, in the
+// order of the document, until that returns false. A value is a std::string_view, or a std::string&& if the parser's
+// own string can be moved.
 //
-// False is what a host refuses: a name that is there already, an attribute that the map's first element does not have,
-// an element in the wrong place.
+// Functions return false for what a host refuses: a duplicate name, an attribute that the map's first element does not
+// have, an element in the wrong place.
 template <map_type kind, class text>
 class open_map
 {
@@ -78,7 +78,7 @@ public:
     }
 
 private:
-    // Whether the item's further attributes matter.
+    // Returns whether the element's attributes after the first matter.
     bool add_item(text name)
     {
         const auto [item, is_new] = m_table->items.try_emplace(std::move(name));
@@ -105,8 +105,8 @@ private:
         return false;
     }
 
-    // Adds a value to the row. Attributes mostly follow each other as in the schema, so that place is tried before any
-    // search.
+    // Adds a value to the row. Most attributes are in the order of the schema, so the next place is tried before
+    // searching.
     template <class value_type>
     bool add(std::string_view name, value_type&& value)
     {
@@ -133,14 +133,14 @@ private:
     bool m_makes_schema = false;
 };
 
-// Fills tables from the elements of a file, given in the order of the document.
+// Fills tables from the elements of a file, which are passed in the order of the document.
 template <class text>
 class basic_filler
 {
 public:
     explicit basic_filler(basic_tables<text>& tables) : m_tables(tables) {}
 
-    // Flattened, so that no peer is slower than in a source of its own.
+    // Flattened, so that no peer is slower than with a loop written for it alone.
     template <class attribute_list>
     [[gnu::flatten]] void take(std::string_view tag, const attribute_list& attributes)
     {
@@ -161,7 +161,7 @@ public:
     // Whether nothing was refused.
     bool is_sound() const { return m_is_sound; }
 
-    // The paths of the files to go on with, relative to the master file.
+    // The paths of the files to read next, relative to the master file.
     const std::vector<text>& includes() const { return m_includes; }
 
 private:

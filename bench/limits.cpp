@@ -1,6 +1,6 @@
-// Documents at sizes and depths that break readers, one a call: limits ROW. Fails where the outcome is not the
-// one expected; otherwise prints the seconds that it took and the peak of memory in MB. Every file goes into the folder
-// that it runs in.
+// Reads documents of sizes and depths that break parsers, one row in each call: limits ROW. Fails if the result is not
+// the expected one; otherwise prints the time in seconds and the peak of memory in MB. Writes its files into the
+// current directory.
 #include <sys/resource.h>
 
 #include <chrono>
@@ -83,8 +83,8 @@ void chain()
     load(L"0", 3000);
 }
 
-// Where nothing was loaded in between, the second entry ends at once and the file goes on; otherwise it ends at the map
-// that is there already.
+// If nothing was loaded in between, the second inclusion ends at once and the file goes on; otherwise it ends at the
+// map that is already loaded.
 void cycles()
 {
     write_maps("self", including("self") + map("m"));
@@ -100,7 +100,7 @@ void cycles()
     load(L"spelled", 1, data_mapper4::map_error_t::duplicate_map);
 }
 
-// Every prefix of a document: a success only where the root is closed, or open between two constructs.
+// Every prefix of a document: a success only if the root is closed, or open between two constructs.
 void prefixes(const std::string& whole)
 {
     const std::size_t root = whole.find("<maps");

@@ -1,5 +1,5 @@
-// Lookups beside those that a host would write: find the map, find the item, copy what it holds. And copies of whole
-// collections and tables, their destruction included.
+// Lookups, compared with those that a host would write: find the map, find the item, copy what it holds. Also copies of
+// whole collections and tables, including their destruction.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -16,7 +16,7 @@ using names = std::vector<std::string>;
 
 const std::string map_name = "table";
 
-// Outputs, used again from one question to the next.
+// Outputs, reused from one lookup to the next.
 struct answer
 {
     std::string value;
@@ -25,7 +25,7 @@ struct answer
     std::vector<attribute_set> sets;
 };
 
-// One map, as the library and as a host hold it, and names to ask for.
+// One map, as the library and as a host hold it, and names to look up.
 struct table_pair
 {
     table_pair(map_type type, std::size_t items)
@@ -53,12 +53,12 @@ table_pair& tables_of(map_type type, std::size_t items)
     return known.try_emplace({type, items}, type, items).first->second;
 }
 
-// Flattened, so that no host pays for calls that the compiler can save.
+// Flattened, so that no host pays for calls that the compiler can inline.
 template <class tables, class question>
 [[gnu::flatten]] void ask_all(benchmark::State& state, tables& of, const names& all, bool expected, question ask)
 {
     answer to;
-    require(ask(of, all.front(), to) == expected, "a lookup gives the wrong answer");
+    require(ask(of, all.front(), to) == expected, "a lookup returns the wrong result");
     auto name = all.begin();
     for (auto _ : state) {
         benchmark::DoNotOptimize(ask(of, *name, to));
@@ -66,8 +66,8 @@ template <class tables, class question>
     }
 }
 
-// Rows such as lookup/get_arg/hit/1000/host. The library and the host are asked for the same: for items, or for what is
-// given to be present or missing.
+// Rows such as lookup/get_arg/hit/1000/host. The library and the host look up the same names: those of items, or the
+// given present and missing ones.
 template <class library_question, class host_question>
 void add_question(const std::string& getter, map_type type, library_question ask_library, host_question ask_host,
                   const names& present = {}, const names& missing = {})
@@ -98,7 +98,8 @@ const value* find(const std::map<std::string, value>& values, const std::string&
     return found == values.end() ? nullptr : &found->second;
 }
 
-// A host's lookup of an item: gives the table and what the item holds, or null, to the function, whose answer it is.
+// A host's lookup of an item: calls the function with the table and what the item holds, or null, and returns its
+// result.
 template <map_type kind, class function>
 auto in_item(function use)
 {
@@ -197,7 +198,7 @@ void register_copies()
         benchmark::RegisterBenchmark(("copy/table" + end + library_name).c_str(), [=](auto& state) {
             copy_all(state, simple_map(tables_of(MT_SIMPLE, items).library, map_name));
         });
-        if (items > 100000) continue;  // a host's copies only have to show how they grow
+        if (items > 100000) continue;  // a host's copies are only to show how they grow
         benchmark::RegisterBenchmark(("copy/collection" + end + "host").c_str(),
                                      [=](auto& state) { copy_all(state, tables_of(MT_COLLECTION, items).host); });
         benchmark::RegisterBenchmark(("copy/table" + end + "host").c_str(), [=](auto& state) {

@@ -1,5 +1,5 @@
-// Loading: from a path to filled tables, and their destruction with all that was made on the way. Parsing: the part of
-// it that is the parser's. Growth: how the time grows when a file grows to four times its size in one way.
+// Loading: from a path to filled tables, including the destruction of everything created. Parsing: the parser's part of
+// that. Growth: how the time grows if a file grows to four times its size in one way.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -13,7 +13,7 @@ namespace bench {
 
 namespace {
 
-// Stops unless the tables of a contender are those of the library. Once for a cell and a contender.
+// Stops unless the contender's tables equal the library's. Called once for each cell and contender.
 template <class load_function>
 void compare(const std::string& row, const cell& in, load_function load_into)
 {
@@ -28,7 +28,7 @@ void compare(const std::string& row, const cell& in, load_function load_into)
 template <class function>
 void measure(benchmark::State& state, const cell& in, function work)
 {
-    malloc_trim(0);  // so that no contender finds the heap that another one has left
+    malloc_trim(0);  // so that no contender uses the heap that another one has left
     for (auto _ : state) work();
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(in.size()));
 }
@@ -96,7 +96,7 @@ std::string growing_document(const std::string& what, std::size_t n)
     return written_once("growth_" + what + "_" + std::to_string(n) + ".xml", [&] { return shape_of(what, n); });
 }
 
-// Elements inside each other are no map file, so there the parser is measured, with all its nodes taken.
+// Nested elements are not a map file, so that row measures the parser, with all nodes popped.
 void measure_growth(benchmark::State& state, const std::string& what, std::size_t n)
 {
     const std::string path = growing_document(what, n);

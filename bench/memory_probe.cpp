@@ -1,7 +1,7 @@
-// Prints what loads take in memory, as JSON:
+// Prints how much memory loads take, as JSON:
 //
-//     memory_probe CONTENDER FILE    "peak": the most resident bytes, over those before the load; "tables": the bytes
-//                                    that it left allocated, which is what its tables take
+//     memory_probe CONTENDER FILE    "peak": the peak of resident bytes, less those before the load; "tables": the
+//                                    bytes still allocated after it, which is what its tables take
 //     memory_probe                   the same for each cell and contender, each in a process of its own
 #include <malloc.h>
 
@@ -16,7 +16,7 @@ namespace {
 
 using namespace bench;
 
-// A line such as "VmRSS:  1234 kB", in bytes.
+// The value of a line such as "VmRSS:  1234 kB", in bytes.
 std::size_t status(const std::string& name)
 {
     std::ifstream lines("/proc/self/status");
@@ -33,14 +33,14 @@ std::size_t allocated()
     return heap.uordblks + heap.hblkhd;
 }
 
-// A small file is loaded first: the code that is paged in, and what a parser sets up once and keeps, is not the load's.
+// Loads a small file first, so that code being paged in and a parser's one-time setup do not count for the load.
 template <class tables, class load_function>
 void report(const std::string& path, load_function load_into)
 {
     tables small, loaded;
     require(load_into(example_document("kinds.xml"), small), "cannot load the example");
     malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << 5;  // the highest count of resident bytes begins anew
+    std::ofstream("/proc/self/clear_refs") << 5;  // resets the peak of resident bytes
     const std::size_t resident = status("VmRSS");
     const std::size_t before = allocated();
     require(load_into(path, loaded), "cannot load " + path);

@@ -1,4 +1,4 @@
-// Documents that are large in one way, and the writing of files: what benchmarks and limits have in common.
+// What benchmarks and limits share: documents that are large in one way, and writing files.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ inline void require(bool condition, const std::string& message)
     if (!condition) throw std::runtime_error(message);
 }
 
-// A text that is written a number of times. If it has an end, each time a number from number_at comes in between.
+// A text that is repeated. If `end` is not empty, each repetition is the text, a number from number_at, and the end.
 struct part
 {
     std::string text;

@@ -1,4 +1,4 @@
-// The peers that give the elements while they read.
+// The peers that report elements while they read.
 #include <expat.h>
 #include <libxml/parser.h>
 #include <libxml/xmlreader.h>
@@ -26,7 +26,7 @@ void start_expat(void* filler, const char* tag, const char** attributes)
     });
 }
 
-// The whole text at once, which is faster than in pieces, though it takes the memory of the file.
+// Parses the whole text at once, which is faster than in pieces, although the file must be in memory.
 bool read_expat(const std::string& path, table_filler* filler)
 {
     const std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_ParserFree)> parser(
@@ -37,7 +37,7 @@ bool read_expat(const std::string& path, table_filler* filler)
     return text.bytes && XML_Parse(parser.get(), text.bytes.get(), static_cast<int>(text.size), 1) == XML_STATUS_OK;
 }
 
-// Five pointers an attribute: name, prefix, URI, and the value from where to where.
+// Five pointers for each attribute: name, prefix, URI, and the begin and end of the value.
 void start_libxml2(void* filler, const xmlChar* tag, const xmlChar* /*prefix*/, const xmlChar* /*uri*/,
                    int /*namespaces*/, const xmlChar** /*namespace_list*/, int attribute_count, int /*defaulted*/,
                    const xmlChar** attributes)
@@ -51,8 +51,8 @@ void start_libxml2(void* filler, const xmlChar* tag, const xmlChar* /*prefix*/, 
     });
 }
 
-// Pushed in pieces, which is faster than from memory: from there the parser copies the whole text first. The handlers
-// that are left null are of no use to the tables. NOENT: without it the reference of an ampersand is handed out as
+// Pushes the text in pieces, which is faster than from memory, because there the parser first copies the whole text.
+// The tables do not need the handlers that are left null. NOENT: without it, a reference to an ampersand is reported as
 // another reference. HUGE lifts a limit on the file's size.
 bool read_libxml2_sax2(const std::string& path, table_filler* filler)
 {
@@ -73,8 +73,8 @@ bool read_libxml2_sax2(const std::string& path, table_filler* filler)
     return std::ferror(file.get()) == 0;
 }
 
-// NOENT resolves references while reading, which is faster than on every request; NOBLANKS leaves out nodes of white
-// space. HUGE lifts a limit on the file's size.
+// NOENT resolves references while reading, which is faster than on every request; NOBLANKS skips nodes of white space.
+// HUGE lifts a limit on the file's size.
 bool read_libxml2_reader(const std::string& path, table_filler* filler)
 {
     constexpr int options = XML_PARSE_NOENT | XML_PARSE_NOBLANKS | XML_PARSE_COMPACT | XML_PARSE_NONET | XML_PARSE_HUGE;

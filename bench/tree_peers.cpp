@@ -1,4 +1,4 @@
-// The peers that make a tree of the whole document first.
+// The peers that first make a tree of the whole document.
 #include <tinyxml2.h>
 #include <pugixml.hpp>
 
@@ -31,8 +31,8 @@ bool read_pugixml(const std::string& path, table_filler* filler)
     return true;
 }
 
-// In place. References are resolved, as the tables need it; all else that costs time is left out: nodes for the white
-// space between elements, and zeros behind names and values, which have their sizes.
+// Parses in place. References are resolved, because the tables need that; everything else that takes time is left out:
+// nodes for white space between elements, and zeros after names and values, whose sizes are known.
 template <class text>
 bool read_rapidxml_text(const file_text& file, basic_filler<text>* filler)
 {

@@ -1,5 +1,5 @@
-# What only the library's own developers build: examples, tests, diagnostics. A project that contains this one gets none
-# of it.
+# What only the library's own developers build: examples, tests, benchmarks, fuzz targets. A project that contains this
+# one gets none of it.
 option(DATA_MAPPER4_TESTS "Build the tests (needs GoogleTest)" ON)
 option(DATA_MAPPER4_WERROR "Treat warnings as errors" ON)
 
@@ -37,7 +37,7 @@ if(DATA_MAPPER4_FUZZ)
 else()
     find_package(EXPAT)
 endif()
-# Files in memory are Linux's.
+# The fuzz targets use files in memory, which only Linux has.
 if(EXPAT_FOUND AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND (DATA_MAPPER4_FUZZ OR DATA_MAPPER4_TESTS))
     add_subdirectory(fuzz)
 endif()

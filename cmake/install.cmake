@@ -1,4 +1,4 @@
-# What a host needs: the library, its public headers and a package that find_package finds.
+# Installs what a host needs: the library, its public headers and a package for find_package.
 include(CMakePackageConfigHelpers)
 
 foreach(header IN LISTS public_headers)

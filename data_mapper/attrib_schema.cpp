@@ -16,15 +16,15 @@ using NUVEK_2_18::parser::xml_value;
 bool has_equal_pair(const attrib_schema& schema)
 {
     if (schema.empty()) return false;
-    // A second load into one table appends to a schema again and again, and every element's first name is "name":
-    // without this look at the first entry each of them would sort a longer list.
+    // In a second load into one table, every element appends its names to the schema, "name" first. Checking the first
+    // entry saves sorting an ever longer list.
     if (std::find(std::next(schema.begin()), schema.end(), schema.front()) != schema.end()) return true;
     std::vector<std::string_view> sorted(schema.begin(), schema.end());
     std::sort(sorted.begin(), sorted.end());
     return std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end();
 }
 
-// Adds the row of an element whose attributes are in the schema's order, as they mostly are. False for any other one.
+// Adds the row of an element whose attributes are in the schema's order, as most are. Returns false if they are not.
 bool add_in_order(const xml_element& element, const attrib_schema& schema, attrib_row& row)
 {
     auto attribute = element.attributes.begin();
@@ -36,7 +36,7 @@ bool add_in_order(const xml_element& element, const attrib_schema& schema, attri
     return attribute == end;
 }
 
-// Adds the row of any element. False if an attribute after the first is not in the schema.
+// Adds the row of any element. Returns false if an attribute after the first is not in the schema.
 bool add_by_name(const xml_element& element, const attrib_schema& schema, attrib_row& row)
 {
     struct named

@@ -36,7 +36,7 @@ bool collection_map_t::has_item(const ustring8& item_name) const
 
 bool collection_map_t::get_attribs(const ustring8& item_name, std::map<ustring8, ustring8>& attribs) const
 {
-    // The name may be one of the attributes, so they are not touched before the search is done.
+    // The name may be one of the strings in `attribs`, so search before clearing.
     const auto found = m_items.read().find(item_name);
     attribs.clear();
     if (found == m_items.read().end()) return false;

@@ -1,4 +1,4 @@
-// copy_on_write: one container that copies of its holder share until one of them changes it.
+// copy_on_write: holds a container that copies of the holder share until one of them changes it.
 //
 // Threads: several threads may copy a holder and call read() on it at once; anything else must not overlap with another
 // use of the same holder. Two holders never disturb each other, whether or not they share a container.
@@ -31,11 +31,12 @@ public:
         if (m_shared->holders.fetch_sub(1, std::memory_order_acq_rel) == 1) delete m_shared;
     }
 
-    // The container, to look at. Valid until this holder changes.
+    // The container, for reading only. Valid until this holder changes.
     const container& read() const { return m_shared->items; }
 
-    // The container, to change: the holder's own until it is copied. Reading the count acquires what former holders did
-    // before they let go of the container.
+    // The container, for changes: this holder's own, and valid until the holder is copied. If others share it, it is
+    // copied first. Loading the count with acquire makes visible what former holders did before they released the
+    // container.
     container& write()
     {
         if (m_shared->holders.load(std::memory_order_acquire) != 1) take(copy_on_write(read()));
@@ -51,7 +52,7 @@ public:
         }
     }
 
-    // The container, to hand out iterators that can change it at any time: never shared from here on.
+    // The container, for iterators that may change it at any time: from now on, copies of this holder do not share it.
     container& expose()
     {
         container& items = write();

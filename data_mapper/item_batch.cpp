@@ -13,11 +13,12 @@ struct run
 {
     iterator begin;
     iterator end;
-    std::size_t shared;  // how many
+    std::size_t shared;  // the number of those bytes
 };
 
-// An order number holds seven bytes of a key and, lowest, how many bytes of it there were, up to eight: numbers of keys
-// that are the same so far are in the order of the keys, and equal only if both keys go on or both end.
+// An order number holds the next seven bytes of a key and, in its lowest byte, how many bytes the key still had, at
+// most eight. Among keys that are equal up to there, the numbers are in the order of the keys; two are equal only if
+// both keys end after the same bytes or both go on.
 constexpr std::size_t part_size = 7;
 
 std::uint64_t order_of(std::string_view rest)
@@ -26,7 +27,7 @@ std::uint64_t order_of(std::string_view rest)
     constexpr std::uint64_t count_mask = 0xFF;
     std::uint64_t bytes = 0;
     if (rest.size() >= size) {
-        // One load for the compiler.
+        // Compiled to a single load.
         for (std::size_t i = 0; i < size; ++i) bytes = bytes << 8 | static_cast<unsigned char>(rest[i]);
         return (bytes & ~count_mask) | size;
     }
@@ -51,16 +52,16 @@ void item_batch::add(const xml_value& key, std::size_t position, std::size_t sch
 {
     std::string_view text = key.raw;
     if (!key.is_plain) {
-        text = normalised_keys.emplace_front(key.normalised());
-        normalised_bytes += text.size();
+        text = normalized_keys.emplace_front(key.normalized());
+        normalized_bytes += text.size();
     }
     is_in_order = is_in_order && (items.empty() || items.back().key < text);
     sorted.push_back({order_of(text), items.size()});
     items.push_back({text, position, values.size(), schema_size, true});
 }
 
-// Keys of one map often begin alike in groups, so whole keys are never compared: those that are the same by seven bytes
-// are sorted again by the next seven. The shuffled rows of the `load` benchmark justify it.
+// Many keys of a map begin with the same bytes, so whole keys are never compared: keys with the same seven bytes are
+// sorted again by the next seven. The shuffled rows of the `load` benchmark justify it.
 void item_batch::sort()
 {
     if (is_in_order) return;
@@ -87,8 +88,8 @@ void item_batch::clear()
     items.clear();
     values.clear();
     sorted.clear();
-    normalised_keys.clear();
-    normalised_bytes = 0;
+    normalized_keys.clear();
+    normalized_bytes = 0;
     is_in_order = true;
 }
 

@@ -1,8 +1,8 @@
 // Internal: adds the items of a map to a table, a batch at a time.
 //
-// An item that is added alone is searched for from the root of the table, through memory that no cache holds any more.
-// Added in the order of their names, a batch's items are next to each other in the table and in memory. The shuffled
-// rows of the `load` benchmark justify it.
+// Adding a single item means a search from the root of the table, through memory that is no longer in any cache. If the
+// items of a batch are added in the order of their keys, neighbours in the table are also neighbours in memory. The
+// shuffled rows of the `load` benchmark justify it.
 #pragma once
 
 #include <cstddef>
@@ -15,11 +15,11 @@
 
 namespace data_mapper4 {
 
-// Where the key belongs in the table: the first item that is not less. It is not before the hint.
+// Returns the place of the key in the table: the first item that is not less. It must not be before the hint.
 template <class items>
 typename items::iterator place_of(items& known, typename items::iterator hint, std::string_view key)
 {
-    // In a table a few times as large as the batch it is a few steps away.
+    // If the table is only a few times as large as the batch, the place is a few steps away.
     constexpr int few_steps = 5;
     for (int step = 0; step < few_steps; ++step, ++hint) {
         if (hint == known.end() || std::string_view(hint->first) >= key) return hint;
@@ -27,8 +27,9 @@ typename items::iterator place_of(items& known, typename items::iterator hint, s
     return known.lower_bound(ustring8(key));
 }
 
-// The places of a batch's items in the table, in the order of their keys. `end` becomes the first item of the document
-// whose key is not new: it is in the table, or an earlier item of the batch has it. Without one it is the batch's end.
+// Returns the places of a batch's items in the table, in the order of their keys. Sets `end` to the first item, in
+// document order, whose key is not new, because the table or an earlier item of the batch has it; to the number of
+// items if all keys are new.
 template <class items>
 std::vector<typename items::iterator> places_of(const item_batch& batch, items& known, std::size_t& end)
 {
@@ -49,8 +50,8 @@ std::vector<typename items::iterator> places_of(const item_batch& batch, items& 
     return places;
 }
 
-// Adds the items that the reader reads to the table, up to the first fault. make(values, size) is what a table holds
-// for an item's values. Gives the load's result.
+// Adds the items that the reader reads to the table, up to the first fault. make(values, size) returns what the table
+// stores for an item's values. Returns the load's result.
 template <class items, class maker>
 map_error_t load_items(item_reader& reader, copy_on_write<items>& table, maker make)
 {

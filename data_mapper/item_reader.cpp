@@ -9,14 +9,14 @@ namespace data_mapper4 {
 
 namespace {
 
-// How many items and values together end a batch. Items that come in the order of their keys need no sorting, and a
-// small batch of them stays in the processor's nearest cache. Others are gathered up to a number, or up to a part of what
-// was gathered before, so that the batch's memory stays small beside the table's.
+// The size at which a batch ends. Items already in the order of their keys need no sorting, and a small batch of them
+// stays in the processor's nearest cache. Other batches grow up to a fixed size or a part of what was gathered before,
+// so that a batch takes little memory compared to the table.
 constexpr std::size_t batch_in_order = 256;
 constexpr std::size_t smallest_batch = 4096;
 constexpr std::size_t part_of_table = 2;
 
-// The comparison is inlined, that of two views is not.
+// Compilers inline this comparison, but not that of two views.
 template <std::size_t size>
 bool is_keyword(std::string_view name, const char (&keyword)[size])
 {
@@ -28,7 +28,7 @@ const xml_value& name_of(const xml_element& element)
     return element.attributes.front().value;
 }
 
-// The first attribute is "name", the others are as the form allows, and there is no text.
+// Whether the first attribute is "name", the others are as the form allows, and there is no text.
 bool has_form(const xml_element& element, item_form form)
 {
     const auto& attributes = element.attributes;
@@ -61,7 +61,7 @@ void item_reader::end_at_duplicate(const gathered_item& item)
     note_line();
     end(map_error_t::duplicate_item);
     m_queue.pop();
-    // What the elements after the item added to it.
+    // Forget the names that elements after the item have added.
     m_schema.resize(item.schema_size);
 }
 
@@ -77,14 +77,14 @@ bool item_reader::is_waiting(const char (&tag)[size])
     return !m_queue.empty() && is_keyword(m_queue.front().tag, tag);
 }
 
-// The line becomes that of the element in front.
+// Makes the front element's line the line of the result.
 void item_reader::note_line()
 {
     m_has_line = true;
     m_line_position = m_queue.position();
 }
 
-// Code and line become those of the result.
+// Takes over both the code and the line.
 void item_reader::set_row_result(const map_error_t& result)
 {
     m_has_line = false;
@@ -99,7 +99,7 @@ void item_reader::end(map_error_t::result_type type)
 
 // item = <item name="KEY"/>      KEY is not empty and new to the map
 //
-// A faulty item ends the load. So does an element that is no item, without a fault.
+// A faulty item ends the load. So does an element that is not an item, but that is not a fault.
 void item_reader::read_item()
 {
     if (m_kind.line == line_rule::next && !m_queue.empty()) note_line();
@@ -119,7 +119,7 @@ void item_reader::read_item()
     m_batch.items.back().is_kept = is_kept;
 }
 
-// Takes the item in front and what belongs to it. False if the item is not kept.
+// Takes the front item and its args. Returns false if the item is not kept.
 bool item_reader::read_args()
 {
     if (m_kind.args == arg_form::none) {
@@ -139,7 +139,7 @@ bool item_reader::read_args()
     }
 }
 
-// arg?      arg = <arg name="TEXT"/>, TEXT may be empty; without an arg the text is empty
+// arg?      arg = <arg name="TEXT"/>, where TEXT may be empty; without an arg the text is empty
 bool item_reader::read_text()
 {
     m_batch.values.emplace_back();
@@ -152,7 +152,7 @@ bool item_reader::read_text()
     return is_sound;
 }
 
-// arg*      arg = <arg name="TEXT"/>, TEXT not empty
+// arg*      arg = <arg name="TEXT"/>, where TEXT is not empty
 bool item_reader::read_texts()
 {
     for (bool is_sound = true; is_sound && is_waiting("arg"); m_queue.pop()) {
@@ -165,7 +165,7 @@ bool item_reader::read_texts()
     return true;
 }
 
-// arg*      arg = <arg name="SET" .../>, SET not empty: its attributes are a row
+// arg*      arg = <arg name="SET" .../>, where SET is not empty; its attributes are a row
 bool item_reader::read_rows()
 {
     for (bool is_sound = true; is_sound && is_waiting("arg"); m_queue.pop()) {
@@ -178,7 +178,7 @@ bool item_reader::read_rows()
     return m_error.type() == map_error_t::no_error;
 }
 
-// The attributes of the element in front. The first sound row of a load also gives the schema.
+// Reads the front element's attributes as a row. The first sound row of a load also extends the schema.
 bool item_reader::read_row()
 {
     const xml_element& element = m_queue.front();
@@ -199,7 +199,7 @@ std::vector<ustring8> texts_of(const xml_value* values, std::size_t size)
         if (value->is_plain) {
             texts.emplace_back(value->raw);
         } else {
-            texts.push_back(value->normalised());
+            texts.push_back(value->normalized());
         }
     }
     return texts;

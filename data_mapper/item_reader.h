@@ -1,11 +1,11 @@
-// Internal: the item grammar of all kinds of map, read off a parser's queue into batches.
+// Internal: the grammar of items in all kinds of map, read off a parser's queue in batches.
 //
-//     content = (item arg*)*     a run of elements in the queue, whatever their nesting in the document
+//     content = (item arg*)*     consecutive elements of the queue, whatever their nesting in the document
 //     item    = <item name="KEY"/>
 //     arg     = <arg name="VALUE"/>
 //
-// map_kind.h says what differs from kind to kind. Whether a key is new to the table is for item_loader.h to find out,
-// for a whole batch at once.
+// map_kind.h says what differs from kind to kind. item_loader.h checks that keys are new to the table, for a whole
+// batch at once.
 #pragma once
 
 #include <cstddef>
@@ -27,21 +27,21 @@ using NUVEK_2_18::parser::xml_stream_parser;
 class item_reader
 {
 public:
-    // The schema is that of the map, used only where there are rows. The error is the result of the load before, whose
-    // line stays until there is another one.
+    // `schema` is the map's, used only by kinds with rows. `error` is the result of the previous load; its line stays
+    // until this load sets one.
     item_reader(map_type type, xml_stream_parser& parser, attrib_schema& schema, map_error_t& error);
 
-    // Gathers the next items of the content, sorted. False if there are none.
+    // Gathers and sorts the next items of the content. Returns false if there are none.
     bool gather();
     const item_batch& batch() const { return m_batch; }
 
-    // Ends the load where the item was read, because its name is not new.
+    // Ends the load at this item, because its key is not new. The queue goes back to just after the item.
     void end_at_duplicate(const gathered_item& item);
 
     // Ends the load with this code.
     void end(map_error_t::result_type type);
 
-    // Sets the line of the result, which is then complete, and gives it.
+    // Sets the line of the result, which completes it, and returns it.
     map_error_t result();
 
 private:
@@ -62,13 +62,13 @@ private:
     map_error_t& m_error;
     bool m_is_schema_read = false;
     bool m_is_over = false;
-    bool m_has_line = false;          // whether an element gives the line,
-    std::size_t m_line_position = 0;  // and which one
-    std::size_t m_gathered = 0;       // items and values of all batches
+    bool m_has_line = false;          // whether the result's line is that of an element
+    std::size_t m_line_position = 0;  // that element's position
+    std::size_t m_gathered = 0;       // the size of all batches together
     item_batch m_batch;
 };
 
-// The normalised values.
+// Returns the normalized values.
 std::vector<ustring8> texts_of(const xml_value* values, std::size_t size);
 
 }  // namespace data_mapper4

@@ -34,8 +34,7 @@ ustring8 map_collection::map_type_as_string(map_type type)
     return text == nullptr ? "UNKNOWN" : text;
 }
 
-// What the parser calls incomplete, and any code that is unknown here, count as success: the nodes themselves then show
-// what they are worth.
+// Incomplete documents count as success, and so does any unknown code: the nodes will show what is missing.
 map_error_t map_collection::convert_error(xml_stream_parser::error_type error)
 {
     map_error_t converted;

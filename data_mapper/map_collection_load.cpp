@@ -14,10 +14,10 @@ namespace {
 
 using node = xml_stream_parser::node;
 
-// In wide characters. No system takes a longer path.
+// In wide characters. No system accepts a longer path.
 constexpr std::size_t longest_path = 32767;
 
-// The units of the path up to its first zero, one for each wide character.
+// The path up to its first zero, one UTF-16 unit for each wide character.
 NUVEK_2_18::strings::ustring16 parser_path(const std::wstring& path)
 {
     return {path.begin(), std::find(path.begin(), path.end(), L'\0')};
@@ -31,18 +31,18 @@ std::wstring wide(const ustring8& text)
 
 }  // namespace
 
-// Reads one file and all that it includes:
+// Reads one file and everything it includes:
 //
 //     file     = root (map | map-end | include)* root-end
 //     root     = the first node: <maps> without attributes
-//     map      = a node of one of the four kinds with the one attribute name="NAME"; a start node is followed by the
-//                map's content, any other node is passed over
-//     map-end  = a node of one of the four kinds without attributes, not a start node
+//     map      = a node of one of the four kinds, with exactly one attribute, name="NAME"; a start node is followed by
+//                the map's content, any other node is skipped
+//     map-end  = a node of one of the four kinds without attributes, but not a start node
 //     include  = a node <include file="PATH">
 //     root-end = any further node <maps>; it has no attributes, and the document is complete
 //
-// The files being read, each waiting for the one that it includes, are a list and not nested calls: the input chooses how
-// deep includes go, and must not exhaust the host's stack.
+// The files being read, each waiting for the one that it includes, are a list and not nested calls: the input decides
+// how deep includes go, and must not exhaust the host's stack.
 class map_collection::file_loader
 {
 public:
@@ -54,14 +54,15 @@ public:
         while (!m_chain.empty()) {
             xml_stream_parser& parser = m_chain.back().parser;
             const bool goes_on = !parser.node_queue_empty() && take(parser.node_queue_pop(), parser);
-            // An include has added its file to the chain; this file goes on when that one is done.
+            // An include has added its file to the chain; this file continues when that one is done.
             if (!goes_on) close();
         }
     }
 
 private:
-    // What a file was entered with, and all that its includes depend on: the number of maps loaded, the size of the base
-    // directory, whether the path begins with that, and the path, without the base directory if it does.
+    // The state in which a file was entered, which is all that its includes depend on: the number of maps loaded, the
+    // size of the base directory, whether the path begins with that, and the path, without the base directory if it
+    // does.
     using entry = std::tuple<std::size_t, std::size_t, bool, std::wstring>;
 
     struct open_file
@@ -71,16 +72,16 @@ private:
         xml_stream_parser parser;
     };
 
-    // Ends a file with this result, which keeps the line that the last table load or opening left.
+    // Ends a file with this code, and returns false. The line stays that of the last table load or opening.
     bool end(map_error_t::result_type type)
     {
         m_maps.m_error.type(type);
         return false;
     }
 
-    // Puts a file at the end of the chain, its root taken. Otherwise the result tells why it is not there. Its path is
-    // the base directory followed by the rest. A hostile file may name a huge base directory and then many includes, so
-    // what is too long to be a path is neither joined nor converted.
+    // Adds a file to the chain and takes its root; if that fails, the result says why. The path is the base directory
+    // followed by the rest. A hostile file may set a huge base directory and then name many includes, so what is too
+    // long to be a path is neither joined nor converted.
     void open(const std::wstring& base_dir, const std::wstring& rest)
     {
         const bool is_cut = base_dir.size() + rest.size() > longest_path;
@@ -94,7 +95,7 @@ private:
         }
         const auto entered = m_entered.insert(entry_of(m_maps.m_file));
         if (!entered.second) {
-            // The same file, with nothing loaded since it was entered: it could only repeat itself for ever.
+            // The same file with nothing loaded since it was entered: it would include itself forever.
             end(map_error_t::invalid_format);
             return;
         }
@@ -127,7 +128,7 @@ private:
         return is_root || end(map_error_t::invalid_format);
     }
 
-    // Takes one node of a file. False: the file ends with it.
+    // Takes one node of a file. Returns false if the file ends with it.
     bool take(const node& element, xml_stream_parser& parser)
     {
         if (element.tag == "maps") return take_root_end(element, parser);
@@ -158,8 +159,8 @@ private:
         return true;
     }
 
-    // The order of the checks is part of the results: a name that is loaded is reported before an element that is not
-    // known or has no content.
+    // The order of the checks decides the result: a duplicate name takes precedence over an unknown element, and is
+    // reported even if the element has no content.
     bool take_map(const node& element, xml_stream_parser& parser)
     {
         const auto& attribute = element.attributes.front();
@@ -173,7 +174,7 @@ private:
                              [&](auto& store) { return load_table(store, kind->type, map_name, parser); });
     }
 
-    // Loads a table and, if that succeeds, registers and stores it under the name, which is new.
+    // Loads a table and, if that succeeds, registers and stores it under the name, which must be new.
     template <class table>
     bool load_table(std::map<ustring8, table>& store, map_type type, const ustring8& map_name,
                     xml_stream_parser& parser)

@@ -9,7 +9,7 @@ namespace data_mapper4 {
 
 namespace {
 
-// The table, or nullptr.
+// Returns the table, or nullptr if there is none.
 template <class table>
 const table* find_in(const std::map<ustring8, table>& store, const ustring8& map_name)
 {
@@ -71,7 +71,7 @@ std::vector<ustring8> map_collection::keys(const ustring8& map_name)
     });
 }
 
-// Answered from a copy of the table, which shares its items.
+// Asks a copy of the table, which shares its items.
 bool map_collection::has_item(const ustring8& map_name, const ustring8& item_name)
 {
     return stores::visit_table(*this, map_name, [&](const auto& map) {

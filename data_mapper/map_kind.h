@@ -1,4 +1,4 @@
-// Internal: the kinds of map, and all that their content differs in.
+// Internal: the kinds of map, and everything in which their content differs.
 #pragma once
 
 #include <string_view>
@@ -7,34 +7,34 @@
 
 namespace data_mapper4 {
 
-// What an item may carry besides its name.
+// What an item may have besides its name.
 enum class item_form
 {
-    name_only,            // such an item is not the last element of a document
+    name_only,            // such an item must not be the last element of a document
     name_and_attributes,  // the attributes are its row
 };
 
-// The args that follow an item, and what a faulty one does.
+// The args that follow an item, and the effect of a faulty one.
 enum class arg_form
 {
     none,
-    text,  // at most one, perhaps with an empty text; a fault ends the load
-    texts,  // any number, none of them empty; a fault ends the item, which keeps the texts before it, and the load goes on
-    rows,  // any number of rows; a fault drops the item and the load goes on; the next sound row forgets the fault
+    text,   // at most one, which may be empty; a fault ends the load
+    texts,  // any number, none empty; a fault ends the item, which keeps the texts before it, and the load goes on
+    rows,   // any number of rows; a fault drops the item, and the load goes on; the next sound row clears the fault
 };
 
-// The line of a load's result. A row's line is 0, in a fault as in a success.
+// The line of a load's result. A row sets it to 0, whether the row is faulty or not.
 enum class line_rule
 {
-    item,         // of the last item
-    item_or_arg,  // of the last item or arg
-    row,          // 0 once a row was read, of the item before that
-    next,         // of the element that ends the content, if there is one
+    item,         // the last item's
+    item_or_arg,  // the last item's or arg's
+    row,          // 0 after a row has been read; the item's until then
+    next,         // that of the element that ends the content, if there is one
 };
 
 struct map_kind
 {
-    const char* tag;   // of the element that declares such a map
+    const char* tag;   // the map element's
     const char* text;  // the type's name
     map_type type;
     item_form item;
@@ -50,11 +50,11 @@ inline constexpr map_kind map_kinds[] = {
      line_rule::next},
 };
 
-// The kind, or nullptr if there is none.
+// Return the kind, or nullptr if there is none.
 const map_kind* find_kind(std::string_view tag);
 const map_kind* find_kind(map_type type);
 
-// The name of the type, "MT_UNKNOWN" included, or nullptr for a value that is none.
+// Returns the name of the type, also of MT_UNKNOWN, or nullptr for a value that is not a map_type.
 const char* text_of(map_type type);
 
 }  // namespace data_mapper4

@@ -1,11 +1,11 @@
-// Internal: the stores of a collection, by the kind of map.
+// Internal: the stores of a collection, one for each kind of map.
 #pragma once
 
 #include <vector>
 
 #include "data_mapper/map_collection.h"
 
-// Keeps what is nested in an exported class from being exported with it.
+// Keeps a class that is nested in an exported one from being exported too.
 #if defined(_WIN32)
 #define DATA_MAPPER4_HIDDEN
 #else
@@ -16,7 +16,7 @@ namespace data_mapper4 {
 
 struct DATA_MAPPER4_HIDDEN map_collection::stores
 {
-    // Calls `use` with the store for maps of this type, and gives its answer: a default one for MT_UNKNOWN.
+    // Calls `use` with the store for maps of this type and returns its result; a default one for MT_UNKNOWN.
     template <class function>
     static auto visit(map_collection& maps, map_type type, function use)
     {
@@ -35,7 +35,7 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
         return decltype(use(maps.m_simple_maps))();
     }
 
-    // Calls `use` with the table of this name, and gives its answer: a default one if there is no such table. An
+    // Calls `use` with the table of this name and returns its result; a default one if there is no such table. An
     // assignment that ran out of memory may leave a name in the registry whose table is missing.
     template <class function>
     static auto visit_table(map_collection& maps, const ustring8& map_name, function use)
@@ -46,7 +46,7 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
         });
     }
 
-    // The attribute names of a table, or nullptr for a kind that has none.
+    // Returns the attribute names of a table, or nullptr for a kind without attributes.
     template <class table>
     static const std::vector<ustring8>* names_of(const table& /*map*/)
     {

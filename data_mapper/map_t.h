@@ -1,7 +1,7 @@
 // map_t: the simple map, one text for each item name.
 //
-// A host meets a map_t through map_collection (map_collection.h), which loads and asks it. Used on its own, by way of a
-// derived class that reaches the protected lookups:
+// Hosts usually use map_t through map_collection (map_collection.h), which loads it and answers lookups. To use it on
+// its own, derive a class that exposes the protected lookups:
 //
 //     struct colours : data_mapper4::map_t { using map_t::get_arg; };
 //     colours map;
@@ -9,20 +9,21 @@
 //
 // The rules of all four table classes:
 //
-// Ownership: a table owns its strings. Copies are independent in everything that can be observed, but they share their
-// items until one of them changes, so that a copy costs the same whatever the number of items; the copying is done by
-// the first change. begin() and end() count as a change, since iterators see and can make changes, and a table on which
-// one of them was called is copied item by item until the next assignment to it. Assignment and clear invalidate the
-// iterators of the table, those of end() included.
+// Ownership: a table owns its strings. Copies behave as if independent, but they share their items until one of them
+// changes, so a copy costs the same whatever the number of items; the first change copies them. begin() and end() count
+// as a change, since iterators see and can make changes, and after either of them every copy of the table copies its
+// items, until the table is assigned to. Assignment and clear invalidate the table's iterators, end() included.
 //
-// Threads: no locks. Several threads may call const members of one table at once, and copy it; anything else must not
+// Threads: no locks. Several threads may call const members of one table and copy it at once; anything else must not
 // overlap with another use of the same table. Two tables never disturb each other, whether or not they share items.
 //
-// Names are compared byte by byte: no case folding, no normalisation, no trimming. Items are in the order of ustring8.
+// Names are compared byte by byte: no case folding, no normalization, no trimming. Items are in the order of ustring8.
 //
-// Failures of input are results, never exceptions. A shortage of memory surfaces as std::bad_alloc or
-// std::length_error: after a load the table holds what was loaded before it; after an assignment, which goes member by
-// member in the order of declaration, the members before it are the other table's, and those behind it as they were.
+// Bad input is a result, never an exception. Running out of memory is std::bad_alloc or std::length_error. A load
+// throws it at once: the table then holds what it held before and some of the map's items, not necessarily the first,
+// each of them whole. An assignment goes member by member, in the order of declaration: the members before the one that
+// failed are then the other table's and those after it are unchanged; the one that failed is unchanged, except that a
+// schema may be a mixture of the two.
 #pragma once
 
 #include <map>
@@ -46,20 +47,20 @@ public:
     ~map_t();
     map_t& operator=(const map_t& other);
 
-    // Reads the map's content off the parser's queue: a run of
+    // Reads the map's content off the parser's queue: any number of
     //
-    //     <item name="KEY"/>  and, if it has a text,  <arg name="TEXT"/>  behind it
+    //     <item name="KEY"/>  which may be followed by  <arg name="TEXT"/>
     //
     // KEY is not empty and new to the table; TEXT may be empty, and an item without an arg has the empty text. Neither
-    // element has other attributes or text of its own, and an item is not the last node of the queue. The first node
-    // that does not belong stays in front. Adds to what the table holds; the first fault ends the load, and what was
-    // added before it stays.
+    // element has other attributes or text, and an item is not the last node of the queue. The first node that does
+    // not fit stays at the front. The items are added to those that the table holds; the first fault ends the load, and
+    // what was added before it stays.
     //
-    // Results: no_error; invalid_format; duplicate_item. The line is that of the last item taken; when none was taken
-    // it stays as it was. Cost: n log n in the items.
+    // Results: no_error; invalid_format; duplicate_item. The line is that of the last item taken, and unchanged if none
+    // was taken. Cost: n log n in the items.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
 
-    // Removes all items; keeps the id and the result of the last load. Cost: linear in the items, constant while a copy
+    // Removes all items; keeps the id and the result of the last load. Cost: linear in the items, constant if a copy
     // shares them.
     void clear();
 
@@ -69,19 +70,19 @@ public:
 protected:
     using items = std::map<ustring8, const ustring8>;
 
-    // True when the table has the item. Cost: logarithmic.
+    // Returns true if the table has the item. Cost: logarithmic.
     bool has_item(const ustring8& item_name) const;
 
-    // True when the table has the item; value then holds its text, which may be empty. Otherwise value is left as it
-    // was. Cost: logarithmic.
+    // Returns true and sets `value` to the item's text, which may be empty, if the table has the item. Otherwise
+    // returns false and leaves `value` unchanged. Cost: logarithmic.
     bool get_arg(const ustring8& item_name, ustring8& value) const;
 
-    // The items in order, and whether there are none. begin and end copy the items first if a copy shares them.
+    // The items in order, and whether there are none. If a copy shares the items, begin and end copy them first.
     items::iterator begin();
     items::iterator end();
     bool empty();
 
-    map_error_t m_error;  // the outcome of the last load
+    map_error_t m_error;  // the result of the last load
     ustring8 m_id;
     copy_on_write<items> m_items;
 };

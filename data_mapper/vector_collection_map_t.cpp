@@ -7,7 +7,7 @@ namespace data_mapper4 {
 
 namespace {
 
-// Every row of one load has the width of the schema, which has one name at least once there is a row.
+// Splits the values into rows as wide as the schema, which has at least one name if there are any rows.
 std::vector<std::vector<ustring8>> rows_of(const xml_value* values, std::size_t size, std::size_t width)
 {
     std::vector<std::vector<ustring8>> rows;
@@ -50,7 +50,7 @@ bool vector_collection_map_t::has_item(const ustring8& item_name) const
 bool vector_collection_map_t::get_args_vector(const ustring8& item_name,
                                               std::vector<std::map<ustring8, ustring8>>& args_vector) const
 {
-    // The name may be in one of the maps, so they are not touched before the search is done.
+    // The name may be one of the strings in `args_vector`, so search before clearing.
     const auto found = m_items.read().find(item_name);
     args_vector.clear();
     if (found == m_items.read().end()) return false;

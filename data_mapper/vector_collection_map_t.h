@@ -1,8 +1,8 @@
 // vector_collection_map_t: the vector collection map, a list of attribute sets for each item name. map_t.h has the
 // rules of all table classes.
 //
-// The first arg of the map fixes the attribute names that all its args may use, the schema; every arg is a row of
-// values in the schema's order, the empty string where the arg leaves an attribute out.
+// The first arg of the map fixes the attribute names that all its args may use, the schema. Every arg is stored as a
+// row of values in the schema's order; a value that the arg leaves out is the empty string.
 #pragma once
 
 #include <map>
@@ -23,30 +23,30 @@ public:
     ~vector_collection_map_t();
     vector_collection_map_t& operator=(const vector_collection_map_t& other);
 
-    // Reads the map's content off the parser's queue: a run of
+    // Reads the map's content off the parser's queue: any number of
     //
-    //     <item name="KEY"/>  and behind it any number of  <arg name="SET" first="..." second="..."/>
+    //     <item name="KEY"/>  each followed by any number of  <arg name="SET" first="..." second="..."/>
     //
-    // The rules of the items are those of map_t::load. In an arg "name" comes first, SET is not empty, and there is no
-    // text. The names of the load's first sound arg are appended to the schema; later args may use those, in any order,
+    // The rules for items are those of map_t::load. In an arg, "name" comes first, SET is not empty, and there is no
+    // text. The names of the load's first sound arg are appended to the schema; later args may use them in any order
     // and leave any out.
     //
-    // A fault of an item ends the load. A faulty arg drops its item and the load goes on with the node behind it: if
-    // that is another arg, or not an item, the load ends with the fault. Otherwise the next arg that is sound sets the
-    // result back to no_error, and the fault is forgotten; an item without args leaves it as it is and is dropped too.
+    // A faulty item ends the load. A faulty arg drops its item, and the load goes on if the next node is an item;
+    // otherwise it ends with the fault. If it goes on, the next sound arg sets the result back to no_error and the
+    // fault is forgotten; an item without args does not change the result, and is dropped too.
     //
-    // Results: no_error; invalid_format; duplicate_item; duplicate_attrib, when the schema has a name twice; and
-    // collection_error, when an arg does not fit the schema. The line is that of the node that ended the content; where
-    // the queue ended, that of the last item or badly formed arg, and 0 behind any other arg; it stays as it was when
-    // the queue was empty from the start. Neither load nor clear empties the schema, and every schema begins with
-    // "name", so in a second load every sound arg appends its names and meets duplicate_attrib: a table is for one
-    // load.
+    // Results: no_error; invalid_format; duplicate_item; duplicate_attrib if the schema has a name twice; and
+    // collection_error if an arg does not fit the schema. The line is that of the node that ended the content. If the
+    // queue ended instead, it is that of the last node if that was an item or a malformed arg, and 0 if it was any
+    // other arg; it is unchanged if the queue was empty from the start. Neither load nor clear empties the schema, and
+    // every schema begins with "name", so in a second load every sound arg appends its names and results in
+    // duplicate_attrib: a table is for one load.
     //
     // Cost: n log n in the args' attributes; a row costs its attributes and the whole schema.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
 
     // Removes all items; keeps the id, the schema and the result of the last load. Cost: linear in the items, constant
-    // while a copy shares them.
+    // if a copy shares them.
     void clear();
 
     // The map's name, as given to the last load.
@@ -55,24 +55,24 @@ public:
 protected:
     using items = std::map<ustring8, std::vector<std::vector<ustring8>>>;
 
-    // True when the table has the item, also when it has no args. Cost: logarithmic.
+    // Returns true if the table has the item, even if it has no args. Cost: logarithmic.
     bool has_item(const ustring8& item_name) const;
 
-    // True when the table has the item; args_vector then holds a map for each arg, in the order of the document: every
-    // name of the schema, "name" among them, with the arg's value, the empty string for one that the arg left out or
-    // whose row was stored before the schema had the name. Otherwise args_vector is emptied. Cost: logarithmic, and for
-    // each arg n log n in the schema.
+    // Returns true and sets `args_vector` to a map for each arg, in the order of the document, if the table has the
+    // item. Each map has every name of the schema, "name" included, with the arg's value, which is the empty string if
+    // the arg left it out or was stored before the schema had the name. Otherwise returns false and empties
+    // `args_vector`. Cost: logarithmic, and n log n in the schema for each arg.
     bool get_args_vector(const ustring8& item_name, std::vector<std::map<ustring8, ustring8>>& args_vector) const;
 
-    // The items in order, and whether there are none. begin and end copy the items first if a copy shares them.
+    // The items in order, and whether there are none. If a copy shares the items, begin and end copy them first.
     items::iterator begin();
     items::iterator end();
     bool empty();
 
-    map_error_t m_error;  // the outcome of the last load
+    map_error_t m_error;  // the result of the last load
     ustring8 m_id;
     std::vector<ustring8> m_attrib_names;  // the schema; "name" comes first
-    copy_on_write<items> m_items;          // rows in the schema's order, one an arg
+    copy_on_write<items> m_items;          // a row for each arg, in the schema's order
 };
 
 }  // namespace data_mapper4

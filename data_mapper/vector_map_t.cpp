@@ -36,7 +36,7 @@ bool vector_map_t::get_args(const ustring8& item_name, std::vector<ustring8>& va
 {
     const auto found = m_items.read().find(item_name);
     const bool is_found = found != m_items.read().end();
-    // The name may be one of the values, so it is not touched before the search is done.
+    // The name may be one of the strings in `values`, so they are not touched before the search.
     if (is_found) {
         values = found->second;
     } else {

@@ -19,20 +19,20 @@ public:
     ~vector_map_t();
     vector_map_t& operator=(const vector_map_t& other);
 
-    // Reads the map's content off the parser's queue: a run of
+    // Reads the map's content off the parser's queue: any number of
     //
-    //     <item name="KEY"/>  and behind it any number of  <arg name="TEXT"/>
+    //     <item name="KEY"/>  each followed by any number of  <arg name="TEXT"/>
     //
-    // The rules are those of map_t::load, but that TEXT is not empty and that a faulty arg does not end the load: its
-    // item keeps the texts before it, the result is invalid_format from there on, and loading goes on if an item
-    // follows. A later fault of an item ends the load with its own code. If another arg follows the faulty one, it
-    // stays in front.
+    // The rules are those of map_t::load, except that TEXT is not empty and that a faulty arg does not end the load:
+    // its item keeps the texts before it, the result becomes invalid_format, and loading goes on if an item follows. A
+    // later faulty item ends the load with its own code. If another arg follows the faulty one, the load ends and that
+    // arg stays at the front.
     //
-    // Results: no_error; invalid_format; duplicate_item. The line is that of the last item or arg taken; when none was
-    // taken it stays as it was. Cost: n log n in the items.
+    // Results: no_error; invalid_format; duplicate_item. The line is that of the last item or arg taken, and unchanged
+    // if none was taken. Cost: n log n in the items.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
 
-    // Removes all items; keeps the id and the result of the last load. Cost: linear in the items, constant while a copy
+    // Removes all items; keeps the id and the result of the last load. Cost: linear in the items, constant if a copy
     // shares them.
     void clear();
 
@@ -42,19 +42,19 @@ public:
 protected:
     using items = std::map<ustring8, std::vector<ustring8>>;
 
-    // True when the table has the item. Cost: logarithmic.
+    // Returns true if the table has the item. Cost: logarithmic.
     bool has_item(const ustring8& item_name) const;
 
-    // True when the table has the item; values then holds its texts in the order of the document, perhaps none.
-    // Otherwise values is emptied. Cost: logarithmic, and the texts' copies.
+    // Returns true and sets `values` to the item's texts, in the order of the document, if the table has the item;
+    // there may be none. Otherwise returns false and empties `values`. Cost: logarithmic, plus the copies of the texts.
     bool get_args(const ustring8& item_name, std::vector<ustring8>& values) const;
 
-    // The items in order, and whether there are none. begin and end copy the items first if a copy shares them.
+    // The items in order, and whether there are none. If a copy shares the items, begin and end copy them first.
     items::iterator begin();
     items::iterator end();
     bool empty();
 
-    map_error_t m_error;  // the outcome of the last load
+    map_error_t m_error;  // the result of the last load
     ustring8 m_id;
     copy_on_write<items> m_items;
 };

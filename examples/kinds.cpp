@@ -1,4 +1,4 @@
-// A lookup in each kind of map. Run it from the project's folder.
+// A lookup in each kind of map. Run it from the project's root directory.
 #include <iostream>
 
 #include "data_mapper/map_collection.h"

@@ -1,4 +1,4 @@
-// A small host: loads the master file named on its command line, lists its maps and asks a few questions of each kind.
+// A small host: loads the master file named on its command line, lists its maps and looks up a few items of each kind.
 //
 //     lookup 'examples\world\world.xml'
 #include <iostream>
@@ -15,7 +15,7 @@ void list_maps(map_collection& maps)
     for (const auto& [name, type] : maps) std::cout << "  " << name << " (" << maps.map_type_as_string(type) << ")\n";
 }
 
-// A simple map has one text for an item. A miss leaves the output as it was, here a default.
+// A simple map has one text for each item. A miss leaves the output unchanged, here a default.
 void ask_for_text(map_collection& maps, const ustring8& map_name, const ustring8& item_name)
 {
     ustring8 text = "(no such item)";
@@ -23,7 +23,7 @@ void ask_for_text(map_collection& maps, const ustring8& map_name, const ustring8
     std::cout << map_name << " / " << item_name << ": " << text << '\n';
 }
 
-// A vector map has a list of texts. A miss empties the output.
+// A vector map has a list of texts for each item. A miss empties the output.
 void ask_for_list(map_collection& maps, const ustring8& map_name, const ustring8& item_name)
 {
     std::vector<ustring8> values;
@@ -33,7 +33,7 @@ void ask_for_list(map_collection& maps, const ustring8& map_name, const ustring8
     std::cout << '\n';
 }
 
-// A collection map has named attributes, asked for one at a time or all at once.
+// A collection map has named attributes for each item, which can be looked up one at a time or all at once.
 void ask_for_attributes(map_collection& maps, const ustring8& map_name, const ustring8& item_name)
 {
     std::map<ustring8, ustring8> attribs;
@@ -43,7 +43,7 @@ void ask_for_attributes(map_collection& maps, const ustring8& map_name, const us
     std::cout << '\n';
 }
 
-// A vector collection map has a list of attribute sets; of each the first few are enough here.
+// A vector collection map has a list of attribute sets for each item. The first few are enough here.
 void ask_for_sets(map_collection& maps, const ustring8& map_name, const ustring8& item_name)
 {
     std::vector<std::map<ustring8, ustring8>> sets;
@@ -75,7 +75,7 @@ int main(int argc, char** argv)
     for (const char* item : {"W. Europe Standard Time", "no-such-zone"}) ask_for_list(maps, "windows_time_zones", item);
     for (const char* item : {"JPY", "no-such-currency"}) ask_for_attributes(maps, "currencies", item);
     for (const char* item : {"CH", "no-such-territory"}) ask_for_sets(maps, "subdivisions", item);
-    // A name of the wrong kind is a miss like any other; only type() tells them apart.
+    // Asking a map of another kind is a miss like any other; only type() tells them apart.
     ustring8 unit = "unchanged";
     const bool is_found = maps.get_attrib("territory_names_en", "CH", "text", unit);
     std::cout << "get_attrib of a simple map: " << std::boolalpha << is_found << ", output " << unit << '\n';

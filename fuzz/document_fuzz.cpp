@@ -1,5 +1,5 @@
-// Any bytes at all, read as a document: the parser does not crash, its nodes nest, and the outcome and the nodes are the
-// same as expat's, except where may_differ says so.
+// Reads arbitrary bytes as a document: the parser must not crash, its nodes must nest, and the result and the nodes
+// must be the same as expat's, unless may_differ says that they may differ.
 #include <iconv.h>
 #include <strings.h>
 
@@ -18,8 +18,8 @@ using nodes = std::vector<node>;
 
 constexpr int file_number = 200;
 
-// Every closing node has the tag of the innermost open start node, and lines never decrease. Returns how many elements
-// stay open.
+// Checks that every closing node has the tag of the innermost open start node, and that lines never decrease. Returns
+// the number of elements that stay open.
 std::size_t check_nesting(const nodes& found)
 {
     std::vector<std::string> open;
@@ -37,7 +37,7 @@ std::size_t check_nesting(const nodes& found)
     return open.size();
 }
 
-// After a fault, each parser may have given out any part of the text before it.
+// If there is a fault, each parser may have returned any part of the text before it.
 bool are_same(const nodes& ours, const nodes& theirs, bool are_complete, bool are_columns_bytes)
 {
     const auto is_same = [&](const node& a, const node& b) {
@@ -48,7 +48,7 @@ bool are_same(const nodes& ours, const nodes& theirs, bool are_complete, bool ar
     return std::equal(ours.begin(), ours.end(), theirs.begin(), theirs.end(), is_same);
 }
 
-// nullptr if the bytes are not UTF-16; expat tells other encodings apart by itself.
+// Returns nullptr if the bytes are not UTF-16; expat recognises other encodings itself.
 const char* utf16_name(std::string_view bytes)
 {
     if (bytes.size() < 2) return nullptr;
@@ -56,8 +56,8 @@ const char* utf16_name(std::string_view bytes)
     return bytes.substr(0, 2) == "\xFE\xFF" || bytes[0] == '\0' ? "UTF-16BE" : nullptr;
 }
 
-// The text in UTF-8, with a byte that is never valid in place of the first ill-formed unit and what follows it. Expat's
-// own conversion lets some ill-formed units through.
+// Returns the text in UTF-8. The first ill-formed unit and everything after it are replaced by a byte that is never
+// valid, because expat's own conversion accepts some ill-formed units.
 std::string utf8_of(std::string_view utf16, const char* encoding)
 {
     std::string from(utf16);
@@ -74,7 +74,7 @@ std::string utf8_of(std::string_view utf16, const char* encoding)
 }
 
 // True for the name characters of XML's fifth edition that an earlier edition may not allow. UTF-8 sorts like code
-// points, so a text begins with a character of a range if it sorts between the range's ends.
+// points, so a text begins with a character of a range if it sorts between the ends of the range.
 bool begins_with_new_name_character(std::string_view text)
 {
     constexpr std::string_view ranges[][2] = {

@@ -1,4 +1,4 @@
-// A second reading of a document: what expat finds in it, as the nodes that xml_stream_parser.h describes.
+// A second opinion on a document: what expat finds in it, as the nodes that xml_stream_parser.h describes.
 #pragma once
 
 #include <expat.h>
@@ -23,13 +23,13 @@ struct reading
     std::vector<node> nodes;     // columns count characters
     // The elements open at the end of the input: the index of the start node, and the text after the first child.
     std::vector<std::pair<std::size_t, std::string>> open;
-    std::string version = "1.0";  // as in the XML header
+    std::string version = "1.0";  // as in the XML declaration
     std::string encoding;
     bool has_doctype = false;
     bool is_in_doctype = false;  // expat stopped there
 
     bool is_accepted() const { return error == XML_ERROR_NONE; }
-    // The input ended between constructs, with an element open.
+    // Whether the input ended between two constructs with an element open.
     bool is_incomplete() const { return error == XML_ERROR_NO_ELEMENTS && !open.empty(); }
 };
 
@@ -78,7 +78,7 @@ inline void text(void* data, const char* characters, int size)
     all.append(characters, static_cast<std::size_t>(size));
 }
 
-// `encoding` overrules the XML header; without it, expat tells the encoding.
+// `encoding` overrides the XML declaration; if it is null, expat detects the encoding.
 inline reading read(std::string_view bytes, const char* encoding = nullptr)
 {
     reading result;

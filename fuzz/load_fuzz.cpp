@@ -1,5 +1,5 @@
-// Whole loads: the bytes choose the content of four files of maps, which may include each other. Loaded, loaded again,
-// copied and assigned, a collection must answer as the model of load_model.h does.
+// Whole loads: the input determines the content of four files of maps, which may include each other. A collection that
+// loads them, loads them again, is copied and assigned must return the same as the model in load_model.h.
 #include "load_model.h"
 #include "map_author.h"
 #include "memory_file.h"
@@ -13,7 +13,7 @@ using load_model::row;
 using std::string;
 using texts = std::vector<string>;
 
-// Larger tables are asked only what those of their kind answer.
+// Larger tables are only asked the queries for their own kind.
 constexpr std::size_t few_items = 20;
 
 load_model::collection::files write_files(std::string_view steps)
@@ -27,8 +27,8 @@ load_model::collection::files write_files(std::string_view steps)
     return files;
 }
 
-// One query for an item, of the tables of one kind. Without an answer the output stays as it was, except that a container
-// is emptied if only the item is missing.
+// Checks one query for an item, which tables of one kind answer. After a miss, the output must be unchanged, except
+// that a container is emptied if only the item is missing.
 template <typename Output, typename Query>
 void check_query(const load_model::table& table, map_type kind, bool has_item, const Output& expected,
                  const Output& before, Query query)
@@ -41,7 +41,7 @@ void check_query(const load_model::table& table, map_type kind, bool has_item, c
     require(output == (!is_kind ? before : has_item ? expected : missing));
 }
 
-// The queries for an item that the map may have.
+// All queries for an item that the map may have.
 void check_item(map_collection& maps, const string& map, const load_model::table& table, const string& item)
 {
     const auto found = table.items.find(item);
@@ -67,7 +67,7 @@ void check_item(map_collection& maps, const string& map, const load_model::table
                                   [&](auto& output) { return maps.get_args_vector(map, item, output); });
 }
 
-// The table has the model's items and attribute names, and no others that are asked for.
+// Checks that the table has the model's items and attribute names, and none of the other names.
 void check_table(map_collection& maps, const string& name, const load_model::table& table)
 {
     texts items = map_author::item_names;
@@ -94,7 +94,7 @@ void check(map_collection& maps, const load_model::collection& model)
     check_table(maps, "none", none);
 }
 
-// False if the includes multiply beyond what the model follows.
+// Returns false if the includes multiply beyond what the model follows.
 bool load(map_collection& maps, load_model::collection& model, const string& path)
 {
     model.load(path);

@@ -1,5 +1,5 @@
-// The result of a load, worked out a second time from the headers and docs/format.md, as plainly as possible: the nodes
-// of a file are expat's, an include is a recursive call, and every kind of table is rows of named texts.
+// A model of a load, written from the headers and docs/format.md and as simple as possible: a file's nodes come from
+// expat, an include is a recursive call, and every kind of table is rows of named texts.
 #pragma once
 
 #include <algorithm>
@@ -42,7 +42,7 @@ class collection
 public:
     using files = std::map<std::string, expat_nodes::reading>;  // by path, with slashes and without ".."
 
-    // Includes that multiply are followed up to this many; the outcome is not meaningful beyond.
+    // The most includes that are followed; with more, the result means nothing.
     static constexpr std::size_t most_files = 500;
 
     explicit collection(const files& all) : m_files(&all) {}
@@ -70,7 +70,7 @@ public:
     }
 
 private:
-    // Every fault ends what it is found in.
+    // Every fault ends the file that it is in.
     bool fail(map_error_t::result_type code)
     {
         result = code;
@@ -91,7 +91,7 @@ private:
         return fail(is_sound ? map_error_t::no_error : map_error_t::invalid_format);
     }
 
-    // A map element or an include; a map element's end tag, too.
+    // A map element, the end of one, or an include.
     bool take(const node& element, queue& waiting)
     {
         constexpr const char* tags[] = {"map", "collection_map", "vector_map", "vector_collection_map"};
@@ -128,7 +128,7 @@ private:
                (may_have_more || element.attributes.size() == 1);
     }
 
-    // A faulty arg ends a simple map, spoils a vector map, and drops the item of a vector collection map.
+    // A faulty arg ends a simple map, makes a vector map fail, and drops the item of a vector collection map.
     bool take_item(table& to, queue& waiting)
     {
         const bool is_row = to.kind == MT_COLLECTION;
@@ -159,7 +159,7 @@ private:
         return true;
     }
 
-    // The first row names the attributes. A sound one makes a load good again.
+    // The first row names the attributes. A sound row clears the fault.
     bool take_row(const node& element, table& to, std::vector<row>& rows)
     {
         line = 0;

@@ -1,4 +1,4 @@
-// Writes four files of maps as the bytes of a fuzzer's input say, well-formed most of the time.
+// Writes four files of maps from the bytes of a fuzzer's input, well-formed most of the time.
 #pragma once
 
 #include <algorithm>
@@ -17,7 +17,7 @@ using texts = std::vector<string>;
 constexpr std::size_t file_count = 4;
 using documents = std::array<string, file_count>;
 
-// The parts of the list, which are separated by `|`.
+// Splits a list at each `|`.
 inline texts split(std::string_view list)
 {
     texts parts(1);
@@ -54,14 +54,14 @@ const texts items_inside = split(
 const texts other_texts =
     split("\n|\n\n| |\r\n|text|&amp;|&#10;|<!--c-->|<?p?>|<![CDATA[x]]>|<![CDATA[ ]]>|&bad;|<|]]>|\xFF|</maps>");
 const texts endings = split("|<item");
-// Of the names in a batch: one short, two that differ only after many bytes, one written with references.
+// The names in a batch: a short one, two that differ only after many bytes, and one with references.
 const texts beginnings =
     split("k|a beginning as long as two vectors|a beginning as long as two vectorz|&#xE9;&lt;a&#x62;c");
 
 class author
 {
 public:
-    // A byte is a step: its upper half says of which kind, its lower half chooses.
+    // Each byte is a step: its upper half is the kind of step, its lower half chooses among variants.
     documents write(std::string_view steps)
     {
         text() = openings[0];
@@ -72,7 +72,7 @@ public:
     }
 
 private:
-    static constexpr int most_includes = 5;               // what a cycle leads to grows with their factorial
+    static constexpr int most_includes = 5;               // the files read in a cycle grow with their factorial
     static constexpr std::size_t most_in_batches = 1200;  // items
 
     string& text() { return m_files[m_at]; }
@@ -88,7 +88,7 @@ private:
         if (step <= 9) return add(line_end + "<arg", values[choice & 3]);
         if (step == 10) return add_attribute(choice & 3, choice >> 2);
         if (step <= 12) return include(choice & 3, choice >> 2);
-        m_is_cut = m_is_cut || step == 3;  // what was opened in the file stays open
+        m_is_cut = m_is_cut || step == 3;  // what is open in the file stays open
         text() += step == 3 ? endings[choice - 14]
                             : (step == 13   ? items_inside
                                : step == 14 ? maps_inside
@@ -128,13 +128,13 @@ private:
         m_attributes.clear();
     }
 
-    // To the next item or arg.
+    // Adds to the next item or arg.
     void add_attribute(std::size_t name, std::size_t value)
     {
         m_attributes += " " + attributes[name] + "='" + values[value] + "'";
     }
 
-    // Items with what belongs to them, in no order; in some batches a name is repeated, or something else is among them.
+    // Items with their attributes and args, shuffled; some batches have a duplicate name or another element among them.
     void add_batch(std::size_t size)
     {
         m_in_batches += size;
@@ -158,7 +158,7 @@ private:
         }
     }
 
-    // Those whose bits are set. The first item of a batch has them all, so that later ones may have any.
+    // The attributes whose bits are set. The first item of a batch has all of them, so that later ones may have any.
     void add_attributes(std::size_t bits)
     {
         for (std::size_t i = 0; i < attributes.size(); ++i) {

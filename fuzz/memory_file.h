@@ -1,4 +1,4 @@
-// What the fuzz targets share: a check, and files in memory, so that their documents never touch a disk (Linux).
+// What the fuzz targets share: a check, and files in memory (Linux only), so that documents never touch a disk.
 #pragma once
 
 #include <fcntl.h>
@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-// What a fuzz target asserts; a failure is a finding.
+// An assertion of a fuzz target; a failure is a finding.
 inline void require(bool condition)
 {
     if (!condition) std::abort();

@@ -1,8 +1,8 @@
 // Runs a fuzz target without a fuzzer: document_fuzz COUNT FILE...
 //
-// Each file is an input as it is, cut at every byte, and with every byte flipped, set to zero, deleted
-// and doubled. COUNT inputs more are mixed from the files and random bytes, the same ones each time. An input that fails
-// is left in the file failed_input.
+// Each file is an input as it is, cut at every byte, and with every byte flipped, set to zero, deleted and doubled.
+// COUNT more inputs are mixed from the files and random bytes, the same ones each time. An input that fails is left in
+// the file failed_input.
 #include <csignal>
 #include <cstdint>
 #include <fstream>

@@ -1,7 +1,8 @@
 // Internal: scans bytes in blocks; the `parse` and `load` benchmarks justify it.
 //
-// The functions without an end stop at a zero byte at the latest: no text contains one, and a text_buffer has some after
-// its text. All of them read whole blocks, so some bytes after the place where they stop must be readable.
+// The functions without an `end` stop at a zero byte at the latest: no text contains one, and a text_buffer has some
+// after its text. Most functions read whole blocks, so a block's size of bytes after the place where they stop must be
+// readable.
 #pragma once
 
 #include <algorithm>
@@ -21,7 +22,7 @@
 
 namespace NUVEK_2_18::parser {
 
-// The number of zero bits below the lowest one that is set.
+// The number of zero bits below the lowest set bit.
 inline unsigned lowest_bit(std::uint64_t bits)
 {
 #if defined(_MSC_VER)
@@ -36,7 +37,7 @@ inline unsigned lowest_bit(std::uint64_t bits)
 
 #if defined(DATA_MAPPER4_SSE2)
 
-// Thirty-two bytes. A mask has one bit for each byte, the lowest for the first.
+// Thirty-two bytes. A mask has one bit for each byte, the lowest for the first byte.
 class byte_block
 {
 public:
@@ -60,7 +61,7 @@ public:
         return mask_of([=](__m128i half) { return vector{_mm_cmpeq_epi8(_mm_min_epu8(half, last), half)}; });
     }
 
-    // Bytes other than those from 0x20 to 0x7F, LF and TAB.
+    // Bytes other than 0x20 to 0x7F, LF and TAB.
     mask find_uncommon() const
     {
         return ~mask_of([](__m128i half) {
@@ -75,7 +76,7 @@ public:
     {
         const __m128i wanted = _mm_set1_epi8(character);
         const __m128i counts = _mm_add_epi8(_mm_cmpeq_epi8(m_halves[0], wanted), _mm_cmpeq_epi8(m_halves[1], wanted));
-        // A byte that is found counts as minus one.
+        // Each byte found is -1.
         const __m128i sums = _mm_sad_epu8(_mm_sub_epi8(_mm_setzero_si128(), counts), _mm_setzero_si128());
         return static_cast<unsigned>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4));
     }
@@ -105,7 +106,7 @@ private:
 
 #else
 
-// Eight bytes in one word, the first in its lowest byte. A mask has the top bit of each byte that was found.
+// Eight bytes in one word, the first one lowest. A mask has the top bit of each byte found.
 class byte_block
 {
 public:
@@ -161,7 +162,7 @@ const char* find_first(const char* at, characters... wanted)
     }
 }
 
-// The first byte at which an attribute value ends or is not what it says: its quote, `<`, `&` or a control character.
+// The first byte that ends an attribute value or is not taken literally: its quote, `<`, `&` or a control character.
 inline const char* find_value_stop(const char* at, char quote)
 {
     for (;; at += byte_block::size) {
@@ -178,7 +179,7 @@ inline const char* skip_name_bytes(const char* at)
     return at;
 }
 
-// The first byte before the end other than those from 0x20 to 0x7F, LF and TAB.
+// The first byte before `end` other than 0x20 to 0x7F, LF and TAB; `end` if there is none.
 inline const char* find_uncommon(const char* at, const char* end)
 {
     for (; at < end; at += byte_block::size) {
@@ -188,7 +189,7 @@ inline const char* find_uncommon(const char* at, const char* end)
     return end;
 }
 
-// The number of line feeds before the end.
+// The number of line feeds before `end`.
 inline std::size_t count_lines(const char* at, const char* end)
 {
     std::size_t lines = 0;

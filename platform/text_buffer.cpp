@@ -15,8 +15,8 @@ namespace {
 
 #if defined(__linux__)
 
-// From this size on a text is put on pages of its own, large ones if the system has them: touching a fresh page costs
-// more than reading it, which the benchmark's rows for 32 MiB show.
+// From this size on, a text gets pages of its own, large ones if the system has them: the first touch of a page costs
+// more than reading it. The 32 MiB rows of the benchmarks justify it.
 constexpr std::size_t large_text = std::size_t{4} << 20;
 
 char* map_pages(std::size_t size)

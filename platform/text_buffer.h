@@ -7,12 +7,11 @@
 
 namespace NUVEK_2_18::parser {
 
-// A block of bytes with zero bytes behind it, so that a reader may look a little beyond the text's end and stops there
-// without counting.
+// A text followed by zero bytes, so that scans stop at its end without counting and may read a little beyond it.
 class text_buffer
 {
 public:
-    // How many zero bytes stand behind the text.
+    // The number of zero bytes after the text.
     static constexpr std::size_t padding = 64;
 
     text_buffer() = default;
@@ -25,19 +24,19 @@ public:
     std::size_t capacity() const { return m_capacity; }
     std::string_view view() const;
 
-    // Sets the size, at most the capacity. What lies within it is kept, or else as it happens to be.
+    // Sets the size, which must not exceed the capacity. Existing bytes are kept; new bytes are unspecified.
     void resize(std::size_t size);
 
-    // Takes bytes away at the beginning.
+    // Removes this many bytes from the beginning.
     void remove_prefix(std::size_t size);
 
-    // Makes room for this many bytes, more than before, and keeps those within the size.
+    // Raises the capacity to this many bytes. Existing bytes are kept.
     void grow(std::size_t capacity);
 
 private:
     struct releaser
     {
-        std::size_t mapped_size;  // bytes of whole pages from the system; 0 for memory of the heap
+        std::size_t mapped_size;  // the bytes mapped for it; 0 if it is on the heap
         void operator()(char* bytes) const;
     };
     using block = std::unique_ptr<char[], releaser>;

@@ -15,11 +15,11 @@ namespace NUVEK_2_18::parser {
 
 namespace {
 
-// What the first bytes say of the encoding.
+// What the first bytes say about the encoding.
 enum class byte_form
 {
-    bytes,     // one byte a unit: UTF-8, unless another encoding is declared
-    utf8_bom,  // UTF-8, by its BOM
+    bytes,     // one-byte units: UTF-8 unless another encoding is declared
+    utf8_bom,  // UTF-8 with a BOM
     utf16le,
     utf16be,
 };
@@ -49,7 +49,7 @@ bool is_same_name(std::string_view a, std::string_view b)
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
-// Whether a document of this form may declare this encoding. Names are compared without regard to case.
+// Whether a document of this form may declare this encoding. Names are case-insensitive.
 bool may_declare(byte_form form, std::string_view encoding)
 {
     const auto is = [&](std::string_view name) { return is_same_name(encoding, name); };
@@ -66,7 +66,7 @@ bool may_declare(byte_form form, std::string_view encoding)
     return is("UTF-16") || is("UTF-16BE");
 }
 
-// The declaration is read here for the encoding alone; the check of the document judges it.
+// Only the encoding is read here; faults of the declaration are found when the document is checked.
 std::string_view declared_encoding(std::string_view text)
 {
     xml_cursor cursor(text);
@@ -83,7 +83,7 @@ void end_text(document_text& document, std::size_t size, xml_fault fault)
 
 document_text decode_utf16(std::string_view bytes, bool is_big_endian)
 {
-    // A unit of two bytes becomes three at the most.
+    // A unit of two bytes becomes at most three.
     document_text document = {text_buffer(bytes.size() + bytes.size() / 2 + 1), xml_fault::none};
     char* to = document.text.data();
     const auto unit_at = [&](std::size_t i) {
@@ -131,8 +131,8 @@ bool is_continuation(char byte)
     return (byte & 0xC0) == 0x80;
 }
 
-// The commonest characters beyond ASCII: all of two bytes, and those of three bytes whose lead byte begins no overlong
-// form, surrogate or non-character. At the end of the text a zero byte fails them.
+// Fast checks for the most common non-ASCII characters: all those of two bytes, and those of three bytes whose lead
+// byte begins no overlong form, surrogate or non-character. The zero bytes after the text are not continuation bytes.
 bool is_two_byte_char(const char* at)
 {
     return static_cast<unsigned char>(at[0] - 0xC2) <= 0xDF - 0xC2 && is_continuation(at[1]);
@@ -143,8 +143,8 @@ bool is_three_byte_char(const char* at)
     return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && is_continuation(at[1]) && is_continuation(at[2]);
 }
 
-// Ends the text before its first ill-formed sequence or character that no XML document may contain. True if there is a
-// CR in it.
+// Ends the text before its first ill-formed sequence, or its first character that XML does not allow. Returns true if
+// the text contains a CR.
 bool check_characters(document_text& document)
 {
     const char* const begin = document.text.data();
@@ -161,14 +161,14 @@ bool check_characters(document_text& document)
             end_text(document, static_cast<std::size_t>(character - begin), xml_fault::unexpected_character);
             break;
         }
-        // Characters beyond ASCII come in runs.
+        // Non-ASCII characters come in runs.
         if (at != end && !is_non_ascii(*at)) at = find_uncommon(at, end);
     }
     return has_cr;
 }
 
 // CR LF and a lone CR become LF.
-void normalise_line_ends(text_buffer& text)
+void normalize_line_ends(text_buffer& text)
 {
     char* const begin = text.data();
     char* const end = begin + text.size();
@@ -202,7 +202,7 @@ document_text decode_document(text_buffer bytes)
     } else if (is_same_name(encoding, "US-ASCII")) {
         check_ascii(document);
     }
-    if (check_characters(document)) normalise_line_ends(document.text);
+    if (check_characters(document)) normalize_line_ends(document.text);
     return document;
 }
 

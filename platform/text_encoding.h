@@ -1,4 +1,4 @@
-// Internal: a document's bytes -> its text in UTF-8.
+// Internal: decodes a document's bytes to text in UTF-8.
 #pragma once
 
 #include "platform/text_buffer.h"
@@ -8,12 +8,12 @@ namespace NUVEK_2_18::parser {
 
 struct document_text
 {
-    text_buffer text;  // well-formed UTF-8 of characters that XML allows, every line end a single LF
-    xml_fault fault_at_end = xml_fault::none;  // why the text goes no further, if it does not
+    text_buffer text;  // well-formed UTF-8, only characters that XML allows, every line end a single LF
+    xml_fault fault_at_end = xml_fault::none;  // why the text ends early, if it does
 };
 
-// Bytes that are no character end the text with unexpected_character. An encoding that is unknown, or that the BOM or
-// the bytes contradict, ends it with unreadable where the declaration names that encoding.
+// Bytes that are not a character of XML end the text with unexpected_character. An encoding that is unknown or
+// contradicts the bytes ends it with unreadable, before the encoding's name in the XML declaration.
 document_text decode_document(text_buffer bytes);
 
 }  // namespace NUVEK_2_18::parser

@@ -29,15 +29,15 @@
 
 namespace NUVEK_2_18::parser {
 
-// A regular file of the system. Paths are in UTF-8. Opening checks once more what is_regular() said, since that can change
-// in between.
+// A regular file. Paths are in UTF-8. The constructor checks again that the file is regular, because that may change
+// after is_regular() was called.
 #if defined(_WIN32)
 
 class text_file::handle
 {
 public:
     static constexpr char separator = '\\';
-    static constexpr std::size_t longest_path = 32767;  // in units of UTF-16
+    static constexpr std::size_t longest_path = 32767;  // in UTF-16 units
 
     static bool is_regular(const strings::ustring8& path)
     {
@@ -71,7 +71,7 @@ private:
     };
 
     std::unique_ptr<std::FILE, closer> m_file;
-    std::int64_t m_size = 0;  // bytes, as the system has it
+    std::int64_t m_size = 0;  // in bytes, as the system reports it
 };
 
 #else
@@ -80,7 +80,7 @@ class text_file::handle
 {
 public:
     static constexpr char separator = '/';
-    static constexpr std::size_t longest_path = PATH_MAX - 1;  // in bytes; a unit of UTF-16 takes one at least
+    static constexpr std::size_t longest_path = PATH_MAX - 1;  // in bytes; a UTF-16 unit takes at least one
 
     static bool is_regular(const strings::ustring8& path)
     {
@@ -88,7 +88,7 @@ public:
         return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
     }
 
-    // A pipe must not make the host wait, nor a terminal become its own.
+    // A pipe must not block the host, and a terminal must not become its controlling terminal.
     explicit handle(const strings::ustring8& path)
         : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
     {
@@ -121,7 +121,7 @@ private:
     }
 
     int m_descriptor;
-    std::int64_t m_size = 0;  // bytes, as the system has it
+    std::int64_t m_size = 0;  // in bytes, as the system reports it
 };
 
 #endif
@@ -142,7 +142,7 @@ bool text_file::is_open() const
     return m_file != nullptr && m_file->is_open();
 }
 
-// A hostile file may include many paths that are too long: the system is not asked for those.
+// A hostile file may include many paths that are too long; those never reach the system.
 text_file::text_file(const strings::ustring16& path)
 {
     strings::ustring8 name;
@@ -158,11 +158,12 @@ text_file::text_file(const strings::ustring16& path)
 
 document_text text_file::read()
 {
-    // What the file claims of its size is worth this much memory; beyond it the buffer grows with what is read.
+    // The first buffer is as large as the file claims to be, up to this size; beyond it the buffer grows as data
+    // arrives.
     constexpr std::size_t most_at_once = std::size_t{1} << 26;
-    // The calls of the system take no more.
+    // Some systems do not read 2 GiB or more in one call.
     constexpr std::size_t most_in_a_call = std::size_t{1} << 30;
-    // One more, so that a file of the size it claims ends without growing.
+    // One more, so that a file of the claimed size is read to its end without growing the buffer.
     const auto claimed = static_cast<std::size_t>(std::clamp<std::int64_t>(m_file->size(), 0, SIZE_MAX / 4)) + 1;
     text_buffer bytes(std::min(claimed, most_at_once));
     std::int64_t got = 0;

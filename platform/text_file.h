@@ -1,4 +1,4 @@
-// Internal: a path -> the document's text.
+// Internal: reads the text of the document that a path names.
 #pragma once
 
 #include <memory>
@@ -11,8 +11,8 @@ namespace NUVEK_2_18::parser {
 class text_file
 {
 public:
-    // Opens the regular file that the path names: as written or, if that names none, with every backslash taken as the
-    // system's separator. Nothing else is ever opened.
+    // Opens the regular file that the path names: as written or, if that names none, with every backslash replaced by
+    // the system's separator. Nothing else is ever opened.
     explicit text_file(const strings::ustring16& path);
     ~text_file();
     text_file(const text_file&) = delete;
@@ -20,7 +20,7 @@ public:
 
     bool is_open() const;
 
-    // Reads an open file to its end and closes it. A read that fails gives no text and fatal_error.
+    // Reads an open file to its end and closes it. If reading fails, the text is empty and its fault is unreadable.
     document_text read();
 
 private:

@@ -9,8 +9,8 @@ unsigned byte_at(const char* at)
     return static_cast<unsigned char>(*at);
 }
 
-// How many bytes follow a lead byte, and the bounds of the first of them: the narrower ones keep out overlong forms,
-// surrogates and values above U+10FFFF.
+// The number of continuation bytes after a lead byte, and the bounds of the first of them. Narrower bounds exclude
+// overlong forms, surrogates and values above U+10FFFF.
 struct sequence
 {
     int more = 0;

@@ -7,13 +7,13 @@
 
 namespace NUVEK_2_18::parser {
 
-// What one byte of UTF-8 may be. Bytes from 0x80 on carry no class: they belong to a longer sequence.
+// The classes of a byte of UTF-8. Bytes from 0x80 on have none, since they are part of a longer sequence.
 enum byte_class : std::uint8_t
 {
     name_start_byte = 1,  // an ASCII character that may begin a name
     name_byte = 2,        // an ASCII character that a name may contain
     space_byte = 4,       // white space
-    value_change = 8,     // what an attribute value does not contain once it is normalised: & and white space
+    value_change = 8,     // & and white space, which normalizing an attribute value resolves or replaces
     char_byte = 16,       // an ASCII character that a document may contain at all
 };
 
@@ -34,7 +34,7 @@ inline bool is_non_ascii(char byte)
     return (byte & 0x80) != 0;
 }
 
-// True also for the empty text.
+// Also true for an empty text.
 bool is_space(std::string_view text);
 
 // The productions Char, NameStartChar and NameChar.

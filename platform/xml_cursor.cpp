@@ -39,7 +39,7 @@ bool xml_cursor::take_space()
     return m_at != begin || fail(xml_fault::unexpected_character);
 }
 
-// The rest of a name from its first character beyond ASCII on.
+// Skips the rest of a name, from its first non-ASCII character on.
 void xml_cursor::skip_non_ascii_name(const char* begin)
 {
     while (is_non_ascii(*m_at)) {

@@ -1,7 +1,7 @@
-// Internal: a place in a document's text, and the small pieces that all markup consists of.
+// Internal: a place in a document's text, and the small pieces that markup is made of.
 //
-// Each take function takes one piece. True: the cursor is after it. False: a fault; fault() names it and the cursor is
-// where it was found.
+// Each take function takes one piece. It returns true if the piece was there; the cursor is then after it. Otherwise it
+// returns false: fault() says what is wrong, and the cursor is where the fault was found.
 #pragma once
 
 #include <cstddef>
@@ -16,9 +16,9 @@ namespace NUVEK_2_18::parser {
 class xml_cursor
 {
 public:
-    // The text must outlive the cursor and have zero bytes after it, as a text_buffer's has: no production of XML
-    // matches a zero byte, so no scan needs to look for the end. Where the text was cut because it could not be decoded
-    // further, `fault_at_end` is the fault to report there.
+    // The text must outlive the cursor and be followed by zero bytes, as it is in a text_buffer: no production of XML
+    // matches a zero byte, so no scan needs to check for the end. If the text ends where decoding failed,
+    // `fault_at_end` is the fault to report there.
     explicit xml_cursor(std::string_view text, xml_fault fault_at_end = xml_fault::none)
         : m_at(text.data()), m_end(m_at + text.size()), m_fault_at_end(fault_at_end)
     {
@@ -31,7 +31,7 @@ public:
     bool is_at_end() const { return m_at == m_end; }
     xml_fault fault() const { return m_fault; }
 
-    // Reports a fault at the cursor. One that is found where the text ends is the text's own, if it has one.
+    // Sets the fault and returns false. At the end of the text, the text's own fault takes precedence if it has one.
     bool fail(xml_fault fault);
     bool fail_at(const char* at, xml_fault fault)
     {
@@ -42,13 +42,13 @@ public:
     bool sees(std::string_view literal) const;
     bool take(std::string_view literal);
 
-    // Takes everything up to and including the terminator; `content` is what precedes it.
+    // Takes everything up to and including the terminator. Sets `content` to what precedes it.
     bool take_until(std::string_view terminator, std::string_view& content);
 
-    // S?, and S
+    // S? and S
     void skip_space()
     {
-        const char* at = m_at;  // a local one: the compiler would store the member for every character
+        const char* at = m_at;  // a local, because the compiler would store the member for every character
         while (is_space(*at)) ++at;
         m_at = at;
     }
@@ -74,7 +74,8 @@ public:
         return true;
     }
 
-    // A literal in either kind of quotes, its content unchecked. `missing` is the fault if either quote is not there.
+    // Takes a literal in either kind of quotes; its content is not checked. `missing` is the fault if a quote is
+    // missing.
     bool take_quoted(std::string_view& content, xml_fault missing);
 
 private:

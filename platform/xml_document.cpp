@@ -13,9 +13,9 @@ namespace NUVEK_2_18::parser {
 
 namespace {
 
-// Text after a child element, which the closing node has. The data of a node is all of its stretches of text, the blank
-// ones included, so once one of them is not blank all must be known. Few documents have any such text, so the first
-// pass over a document collects none, and stops at one.
+// What to do with text after a child element, which belongs to the closing node. If any of a node's stretches of text
+// is not blank, its data is all of them, blank ones included, so they must all be collected. Few documents have such
+// text, so the first pass collects nothing and stops where it finds some.
 enum class text_after_child
 {
     stop,
@@ -50,7 +50,7 @@ public:
 
     bool has_stopped() const { return m_has_stopped; }
 
-    // What was found, once the check is over. The text is the one that was checked.
+    // The result, once the check is over. `text` is the one that was checked.
     xml_document result(text_buffer text)
     {
         xml_document document;
@@ -79,7 +79,7 @@ private:
         return report(fault);
     }
 
-    // Passes on what a take function said.
+    // Passes on the result of a take function.
     bool taken(bool is_sound) { return is_sound || report(m_cursor.fault()); }
 
     bool take_declaration(bool is_optional)
@@ -89,7 +89,7 @@ private:
             return taken(parser::take_declaration(m_cursor, encoding));
         }
         if (is_optional) return true;
-        // Where not even the first character could be decoded, it is not known how the document begins.
+        // If not even the first character could be decoded, nobody knows how the document begins.
         const bool is_unread = m_cursor.is_at_end() && m_fault_at_end != xml_fault::none;
         return report(is_unread ? m_fault_at_end : xml_fault::no_declaration);
     }
@@ -169,7 +169,7 @@ private:
         if (m_mode == text_after_child::collect) add_texts_after_children();
     }
 
-    // The stretches after the children of the element that is closed, which belong to its closing node.
+    // Adds the stretches after the children of the element being closed. They belong to its closing node.
     void add_texts_after_children()
     {
         const auto [first, are_blank] = m_first_after_child.back();
@@ -178,7 +178,7 @@ private:
         m_first_after_child.pop_back();
     }
 
-    // A tag, a fault or the end ends the stretch of text before it.
+    // Called at a tag, a fault or the end of the text, which end the stretch before them.
     void end_stretch()
     {
         if (!m_is_blank || m_mode == text_after_child::collect) note_stretch();
@@ -210,7 +210,7 @@ private:
 
     struct collected
     {
-        std::size_t first;  // in m_after_child
+        std::size_t first;  // the index in m_after_child
         bool are_blank;
     };
 
@@ -224,12 +224,12 @@ private:
     bool m_has_root = false;
     bool m_has_doctype = false;
     bool m_has_child = false;         // whether the innermost open element has a child element
-    const char* m_begin = nullptr;    // of the construct at hand
-    const char* m_stretch = nullptr;  // the stretch of text at hand
-    bool m_is_blank = true;           // what of it was taken is white space
+    const char* m_begin = nullptr;    // of the current construct
+    const char* m_stretch = nullptr;  // the beginning of the current stretch of text
+    bool m_is_blank = true;           // whether it has been all white space so far
     bool m_has_stopped = false;
-    std::vector<const char*> m_after_child;      // stretches after the children of the open elements
-    std::vector<collected> m_first_after_child;  // what each open element has of them
+    std::vector<const char*> m_after_child;      // the stretches after children of the open elements
+    std::vector<collected> m_first_after_child;  // one for each open element: which of these are its own
 };
 
 }  // namespace

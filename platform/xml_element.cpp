@@ -4,7 +4,7 @@
 
 namespace NUVEK_2_18::parser {
 
-strings::ustring8 xml_value::normalised() const
+strings::ustring8 xml_value::normalized() const
 {
     strings::ustring8 text;
     append_value(raw, text);

@@ -1,7 +1,7 @@
 // Internal: the elements of a checked document as a queue, which is a position in the document's index.
 //
-// A node's strings and lists cost more than everything else that a table's load does, so the tables read elements, which
-// are views. A host takes nodes off the same queue.
+// Making a node's strings and lists costs more than the rest of a table's load, so the tables read elements, which are
+// views. A host takes nodes off the same queue.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,8 @@ public:
 
     bool empty() const { return m_position == m_document.index.size(); }
 
-    // The next element, left in the queue, which is not empty. Valid until pop(); its views hold as long as the document.
+    // The next element; it stays in the queue, which must not be empty. Valid until pop(). Its views are valid as long
+    // as the document is.
     const xml_element& front()
     {
         if (!m_is_front_read) read_front();
@@ -30,24 +31,23 @@ public:
     // Whether nothing follows the front element.
     bool is_last();
 
-    // The front element, to change it; and the line that it has from then on. What its new views refer to must hold as
-    // long as they are used.
+    // Returns the front element, to be changed, and sets its line. What its new views refer to must outlive their use.
     xml_element& change_front(unsigned long line);
 
     void pop();
 
-    // The number of the front element, which grows from element to element; and going back to an earlier element.
+    // The position of the front element, which grows from element to element. go_back() returns to an earlier one.
     std::size_t position() const { return m_position; }
     void go_back(std::size_t position);
 
     // How many elements are open around the front element.
     std::size_t depth();
 
-    // The text of the front element, which has data.
+    // The text of the front element, which must have data.
     strings::ustring8 data();
 
-    // The line of the element at the position, counted from 1; and then its column, in bytes from 1. Elements must be
-    // asked for in the order of the document.
+    // The line of the element at the position, counted from 1. column() is the column of the element that line_of() was
+    // last called for, in bytes, counted from 1. Positions must not decrease from call to call.
     unsigned long line_of(std::size_t position);
     std::size_t column() const { return static_cast<std::size_t>(m_counted - m_line_begin) + 1; }
 
@@ -56,15 +56,15 @@ private:
 
     xml_document m_document;
     std::size_t m_position = 0;
-    std::size_t m_open = 0;  // elements that are open before the front element
+    std::size_t m_open = 0;  // the number of elements that are open before the front element
     xml_element m_front;
     bool m_is_front_read = false;
-    std::size_t m_next = 0;  // the position after the front element, once that is read
+    std::size_t m_next = 0;  // the position after the front element, once it is read
 
     std::size_t m_changed = static_cast<std::size_t>(-1);  // the position of the element that was changed last
     unsigned long m_changed_line = 0;
 
-    // How far lines were counted.
+    // Where the line count has got to.
     const char* m_counted = nullptr;
     unsigned long m_line = 1;
     const char* m_line_begin = nullptr;

@@ -1,4 +1,4 @@
-// Internal: what can be wrong with a document. xml_stream_parser.cpp has a table that turns it into the codes for hosts.
+// Internal: what can be wrong with a document. xml_stream_parser.cpp has the table that maps it to the public codes.
 #pragma once
 
 namespace NUVEK_2_18::parser {
@@ -12,7 +12,7 @@ enum class xml_fault
     missing_quote,
     unknown_entity,
     missing_equal,
-    unreadable,  // the encoding is unknown or contradicted by the bytes, or reading the file failed
+    unreadable,  // the encoding is unknown or contradicts the bytes, or reading the file failed
     no_declaration,
     no_root,
 };

@@ -11,16 +11,16 @@ namespace {
 
 using word = std::uint64_t;
 
-// A word: where the thing begins in the text, what it is, and its sizes.
+// The parts of a word, lowest first: the offset in the text, the kind, and the sizes.
 constexpr unsigned begin_bits = 40;
 constexpr unsigned kind_bits = 3;
 constexpr unsigned name_shift = begin_bits + kind_bits;
 
-// An element's size is that of its name, or the limit if its name is not that short.
+// An element has one size, that of its name. The limit means that the name is too long for it.
 constexpr word element_limit = (word{1} << (64 - name_shift)) - 1;
 
-// An attribute's sizes: its name, what is between name and value besides an equals sign and a quote, and its value. An
-// attribute that they do not fit is wide: its sizes are found again in the text.
+// An attribute has three sizes: of its name, of what is between name and value besides an equals sign and a quote, and
+// of its value. An attribute whose sizes do not fit is wide: it is scanned again in the text.
 constexpr unsigned name_bits = 6;
 constexpr unsigned gap_bits = 2;
 constexpr unsigned gap_shift = name_shift + name_bits;
@@ -28,7 +28,7 @@ constexpr unsigned value_shift = gap_shift + gap_bits;
 constexpr unsigned value_bits = 64 - value_shift;
 constexpr std::size_t least_gap = 2;
 
-// The kinds of words: an element's are its forms. Those of attributes that are to be normalised are one more.
+// The kinds of words. An element's kind is its form. The kind of an attribute whose value is not plain is one more.
 constexpr word text_kind = 3;
 constexpr word attribute_kind = 4;
 constexpr word wide_kind = 6;
@@ -58,7 +58,7 @@ std::size_t size_of(word from, unsigned shift, unsigned size)
 xml_index::xml_index(std::string_view text) : m_text(text)
 {
     if (bits(text.size(), begin_bits, 64 - begin_bits) != 0) throw std::length_error("a document of 1 TiB or more");
-    // What most files of maps need: half the size of their text. From a few megabytes on, growing is cheap beside the rest.
+    // Enough for most files of maps: half the size of their text. Beyond a few megabytes growing is cheap beside the rest.
     m_words.reserve(std::min<std::size_t>(text.size() / 16, 1U << 20));
 }
 

@@ -1,8 +1,8 @@
-// Internal: where everything is in a checked document, so that its text is scanned only once.
+// Internal: the index of a checked document, so that its text is scanned only once.
 //
 // The index is a list of 64-bit words: one for an element, then one for each of its attributes, then one for each
-// stretch of text that belongs to its node. A stretch is what follows a tag, up to the next tag. Elements are in document
-// order; a position in the index is the number of an element's word.
+// stretch of text that belongs to its node. A stretch is what follows a tag, up to the next tag. Elements are in
+// document order; a position is the number of a word, usually an element's.
 #pragma once
 
 #include <cstddef>
@@ -20,32 +20,32 @@ class xml_index
 public:
     xml_index() = default;
 
-    // The index of this text, which must stay where it is. Throws std::length_error for a text of 1 TiB or more.
+    // An empty index for this text, which must not move. Throws std::length_error for a text of 1 TiB or more.
     explicit xml_index(std::string_view text);
 
-    // Adds an element, and an attribute of the element that was added last.
+    // Adds an element, or an attribute of the element that was added last.
     void add(xml_element::kind form, const char* begin, std::string_view tag);
     void add(const xml_attribute& attribute);
 
     // Adds a stretch of text to the element that was added last.
     void add_text(const char* begin);
 
-    // The form of the element at the position, and changing it.
+    // Gets and sets the form of the element at the position.
     xml_element::kind form_at(std::size_t position) const;
     void set_form(std::size_t position, xml_element::kind form);
 
-    // Takes away everything from the position on.
+    // Removes everything from the position on.
     void cut(std::size_t position);
 
     // The position after the last element.
     std::size_t size() const { return m_words.size(); }
 
-    // Where an element, an attribute or a stretch of text begins, and the name of one of the former two.
+    // Where the element, attribute or stretch of text begins, and the name of the element or attribute.
     const char* begin_at(std::size_t position) const;
     std::string_view name_at(std::size_t position) const;
 
-    // Reads the element at the position, and gives that of the next one. The element's stretches of text are the words
-    // before the latter.
+    // Reads the element at the position and returns the position of the next one. The element's stretches of text are
+    // the words just before that.
     std::size_t read(std::size_t position, xml_element& element) const;
 
 private:

@@ -13,23 +13,23 @@ namespace NUVEK_2_18::parser {
 
 namespace {
 
-// Up to here a name is compared with all before it; beyond it sorting the names is faster.
+// Up to this number, comparing a name with all the names before it is faster than sorting them.
 constexpr std::size_t few_attributes = 8;
 
-// The first eight bytes of a name, or all of it and zeros. The name is in a text, so there are eight bytes to read.
+// The first eight bytes of a name, padded with zeros. The name is in a text_buffer, so eight bytes can be read.
 std::uint64_t first_bytes(std::string_view name)
 {
     const char* const begin = name.data();
     std::uint64_t bytes = 0;
-    // The same number on any processor; a single load where the lowest byte comes first.
+    // The same number on any processor; compiled to a single load on little-endian ones.
     for (unsigned i = 0; i < sizeof bytes; ++i) bytes |= std::uint64_t{static_cast<unsigned char>(begin[i])} << 8 * i;
     return name.size() < sizeof bytes ? bytes & ((std::uint64_t{1} << 8 * name.size()) - 1) : bytes;
 }
 
-// The first name that repeats an earlier one, of the attributes at these positions, or nullptr. By sorting.
+// The first name that repeats an earlier one among the attributes at these positions, or nullptr. Sorts the names.
 const char* find_repeated_among_many(const xml_index& index, std::size_t first, std::size_t end)
 {
-    // Any total order will do; lengths first compares the fewest bytes. Equal names are in the order of the text.
+    // Any total order will do; by length first compares the fewest bytes. Equal names stay in the order of the text.
     const auto order = [](std::string_view a, std::string_view b) {
         if (a.size() != b.size()) return a.size() < b.size();
         const int names = a.compare(b);
@@ -46,7 +46,8 @@ const char* find_repeated_among_many(const xml_index& index, std::size_t first, 
     return repeated;
 }
 
-// The same, by way of one bit for each name: those that are the same have the same bit, and few others do.
+// The same, but fast in the usual case: each name sets one of 64 bits, and a name can only repeat an earlier one if its
+// bit is set already.
 const char* find_repeated_name(const xml_index& index, std::size_t first, std::size_t end)
 {
     std::uint64_t bits = 0;
@@ -106,7 +107,7 @@ bool take_attributes(xml_cursor& cursor, xml_index& index, bool& is_empty)
     return true;
 }
 
-// Matches a reserved instruction target, in any mixture of cases.
+// True for the reserved target `xml`, in any mixture of upper and lower case.
 bool is_reserved(std::string_view target)
 {
     return target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l';

@@ -1,7 +1,7 @@
-// Internal: takes a document's text apart into markup, one construct a function.
+// Internal: the constructs of markup, one function for each.
 //
-// The functions know what each construct looks like, not where in a document it may be. Their results are views of the
-// text. Success and faults are as in xml_cursor.h.
+// The functions know what each construct looks like, not where in a document it may occur. Their results are views into
+// the text. They report success and faults as in xml_cursor.h.
 #pragma once
 
 #include <string_view>
@@ -14,7 +14,7 @@ namespace NUVEK_2_18::parser {
 
 enum class construct
 {
-    start_tag,  // also anything else that begins with `<` and is none of the others
+    start_tag,  // or anything else that begins with `<` and is none of the others
     end_tag,
     text,
     cdata,
@@ -26,7 +26,7 @@ enum class construct
 
 construct construct_after_exclamation_mark(const xml_cursor& cursor);
 
-// What is at the cursor; takes nothing.
+// Returns what is at the cursor; takes nothing.
 inline construct next_construct(const xml_cursor& cursor)
 {
     if (*cursor != '<') return cursor.is_at_end() ? construct::end : construct::text;
@@ -36,22 +36,22 @@ inline construct next_construct(const xml_cursor& cursor)
     return next == '!' ? construct_after_exclamation_mark(cursor) : construct::start_tag;
 }
 
-// Takes a start tag and adds its element to the index: as whole after `/>`, as opening after `>`. Of a faulty tag nothing
-// is added.
+// Takes a start tag and adds its element to the index: as whole if the tag ends in `/>`, as opening if it ends in `>`.
+// Adds nothing if the tag is faulty.
 bool take_start_tag(xml_cursor& cursor, xml_index& index);
 
 bool take_end_tag(xml_cursor& cursor, std::string_view& name);
 
-// Takes character data with its references. `is_blank` becomes false if it is not all white space. A fault that follows
-// some text is left for the next call to find.
+// Takes character data with its references. Sets `is_blank` to false if it is not all white space. Stops before a fault
+// that follows some text; the next call reports it.
 bool take_text(xml_cursor& cursor, bool& is_blank);
 
 bool take_cdata(xml_cursor& cursor, std::string_view& content);
 bool take_comment(xml_cursor& cursor);
 bool take_instruction(xml_cursor& cursor);
 
-// Appends the text of a checked document from a place after a tag up to the next tag: character data and CDATA
-// sections, without what is between them.
+// Appends one stretch of a checked document's text: the character data and CDATA sections from a place after a tag to
+// the next tag, without the comments and processing instructions between them.
 void append_content(std::string_view rest, strings::ustring8& to);
 
 }  // namespace NUVEK_2_18::parser

@@ -22,7 +22,7 @@ bool is_version(std::string_view version)
            std::all_of(version.begin() + 2, version.end(), is_digit);
 }
 
-// EncName = [A-Za-z] ([A-Za-z0-9._] | '-')*      a name's characters without the colon, not beginning with _
+// EncName = [A-Za-z] ([A-Za-z0-9._] | '-')*      the ASCII characters of a Name without the colon, not beginning with _
 bool is_encoding_name(std::string_view name)
 {
     return !name.empty() && is_byte(name.front(), name_start_byte) && name.front() != '_' &&
@@ -34,7 +34,7 @@ bool is_yes_or_no(std::string_view value)
     return value == "yes" || value == "no";
 }
 
-// PubidLiteral's characters; a literal in apostrophes cannot contain one.
+// PubidChar*      a literal in apostrophes cannot contain an apostrophe
 bool is_public_id(std::string_view id)
 {
     constexpr std::string_view punctuation = " \n-'()+,./:=?;!*#@$_%";
@@ -44,8 +44,8 @@ bool is_public_id(std::string_view id)
     });
 }
 
-// A pseudo-attribute of the XML declaration = S name Eq quoted value. If another word is next, nothing is taken, the
-// value is unchanged and the result is true.
+// pseudo-attribute = S name Eq quoted value. If another name comes next, takes nothing, leaves the value unchanged and
+// returns true.
 bool take_pseudo_attribute(xml_cursor& cursor, std::string_view name, bool (*is_valid)(std::string_view),
                            std::string_view& value)
 {
@@ -80,7 +80,7 @@ bool take_external_id(xml_cursor& cursor)
     return cursor.take_space() && cursor.take_quoted(literal, xml_fault::unexpected_character);
 }
 
-// A declaration of an element, attributes, an entity or a notation. It ends at the first '>' outside quotes.
+// elementdecl | AttlistDecl | EntityDecl | NotationDecl. It ends at the first '>' outside quotes.
 bool take_markup_declaration(xml_cursor& cursor)
 {
     constexpr std::string_view openings[] = {"<!ELEMENT", "<!ATTLIST", "<!ENTITY", "<!NOTATION"};
@@ -97,7 +97,7 @@ bool take_markup_declaration(xml_cursor& cursor)
     }
 }
 
-// markupdecl | PEReference, where comments and processing instructions are markup declarations
+// markupdecl | PEReference, where a markupdecl may be a comment or a processing instruction
 bool take_subset_part(xml_cursor& cursor)
 {
     std::string_view name;

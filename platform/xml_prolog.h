@@ -1,4 +1,4 @@
-// Internal: what may precede the root element besides comments and processing instructions.
+// Internal: the XML declaration and the document type declaration.
 #pragma once
 
 #include <string_view>
@@ -9,11 +9,12 @@ namespace NUVEK_2_18::parser {
 
 bool is_at_declaration(const xml_cursor& cursor);
 
-// Takes the XML declaration. `encoding` is the declared one, empty if there is none; it is set even if the declaration
-// has a fault further on.
+// Takes the XML declaration. Sets `encoding` to the declared one, if there is one, even if a later part of the
+// declaration is faulty.
 bool take_declaration(xml_cursor& cursor, std::string_view& encoding);
 
-// Takes a document type declaration: its outer shape is checked, and of what it declares only where that ends.
+// Takes a document type declaration. Checks its overall syntax; the declarations inside it are checked only for where
+// they end.
 bool take_doctype(xml_cursor& cursor);
 
 }  // namespace NUVEK_2_18::parser

@@ -17,8 +17,8 @@ int digit_value(char character, bool is_hexadecimal)
     return is_hexadecimal && letter >= 0 && letter < 6 ? letter + 10 : -1;
 }
 
-// The code point of the digits at the cursor; malformed if there are none. A value beyond Unicode stays beyond it
-// however many digits follow.
+// The number that the digits at the cursor form; malformed if there are none. Numbers beyond Unicode are all returned
+// as the first one beyond it, so that no number of digits overflows.
 char32_t take_number(xml_cursor& cursor, bool is_hexadecimal)
 {
     constexpr char32_t beyond = 0x110000;
@@ -32,7 +32,7 @@ char32_t take_number(xml_cursor& cursor, bool is_hexadecimal)
     return number;
 }
 
-// CharRef = '&#' [0-9]+ ';' | '&#x' [0-9a-fA-F]+ ';'      at its '#'
+// CharRef = '&#' [0-9]+ ';' | '&#x' [0-9a-fA-F]+ ';'      the cursor is at the '#'
 bool take_character_reference(xml_cursor& cursor, const char* begin, char32_t& code_point)
 {
     const bool is_hexadecimal = cursor.at()[1] == 'x';
@@ -43,7 +43,7 @@ bool take_character_reference(xml_cursor& cursor, const char* begin, char32_t& c
     return is_char(code_point) || cursor.fail_at(begin, xml_fault::unexpected_character);
 }
 
-// EntityRef = '&' Name ';'      at its Name
+// EntityRef = '&' Name ';'      the cursor is at the Name
 bool take_entity_reference(xml_cursor& cursor, const char* begin, char32_t& code_point)
 {
     struct entity
@@ -61,7 +61,7 @@ bool take_entity_reference(xml_cursor& cursor, const char* begin, char32_t& code
     return true;
 }
 
-// Appends raw text up to its end; `change` finds the next byte that is not itself.
+// Appends raw text. `find_change` finds the next byte that is not appended as it is: a `&` or white space.
 template <class finder>
 void append_resolved(std::string_view raw, finder find_change, strings::ustring8& to)
 {

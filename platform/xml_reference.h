@@ -1,4 +1,4 @@
-// Internal: references, and the texts that may hold them.
+// Internal: references, and the resolving of them in text and attribute values.
 #pragma once
 
 #include <string_view>
@@ -8,12 +8,12 @@
 
 namespace NUVEK_2_18::parser {
 
-// Takes the reference at the cursor, which is at a `&`: one of the five predefined entities or a character reference.
-// `code_point` is the character it refers to.
+// Takes the reference at the cursor, which must be at a `&`: one of the five predefined entities or a character
+// reference. Sets `code_point` to the character it refers to.
 bool take_reference(xml_cursor& cursor, char32_t& code_point);
 
-// Appends checked character data, or a checked attribute value, with its references resolved; in a value white space
-// becomes spaces.
+// Append character data or an attribute value that has been checked, with its references resolved. In a value, each
+// white-space character becomes a space.
 void append_text(std::string_view raw, strings::ustring8& to);
 void append_value(std::string_view raw, strings::ustring8& to);
 

@@ -66,7 +66,7 @@ struct xml_stream_parser::state
 
     void parse()
     {
-        error = fatal_error;  // stays if memory runs out on the way
+        error = fatal_error;  // remains if memory runs out
         handed_out.reset();
         xml_document document = check_document(file.read(), is_header_optional);
         const error_type outcome = error_of(document);
@@ -104,7 +104,7 @@ struct xml_stream_parser::state
     error_type error = no_error;
     unsigned long fault_line = 0;
     xml_element_queue queue;
-    std::unique_ptr<node> handed_out;  // the last node that the host looked at in the queue, and perhaps changed
+    std::unique_ptr<node> handed_out;  // the last front node that the host asked for and may have changed
     std::size_t handed_out_position = 0;
 };
 

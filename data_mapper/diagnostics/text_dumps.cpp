@@ -30,7 +30,7 @@ constexpr const char* parse_error_texts[] = {
 
 }  // namespace
 
-// Takes copies, as all of its kind do: it is called by hand.
+// Takes copies, which is convenient when it is called by hand from a debugger.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void dump_node(NUVEK_2_18::parser::xml_stream_parser::node node, ustring8 prefix)
 {
