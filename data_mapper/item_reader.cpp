@@ -14,7 +14,7 @@ namespace {
 // so that a batch takes little memory compared to the table.
 constexpr std::size_t batch_in_order = 256;
 constexpr std::size_t smallest_batch = 4096;
-constexpr std::size_t part_of_table = 2;
+constexpr std::size_t part_of_table = 4;
 
 // Compilers inline this comparison, but not that of two views.
 template <std::size_t size>

@@ -58,8 +58,8 @@ std::size_t size_of(word from, unsigned shift, unsigned size)
 xml_index::xml_index(std::string_view text) : m_text(text)
 {
     if (bits(text.size(), begin_bits, 64 - begin_bits) != 0) throw std::length_error("a document of 1 TiB or more");
-    // Enough for most files of maps: half the size of their text. Beyond a few megabytes growing is cheap beside the rest.
-    m_words.reserve(std::min<std::size_t>(text.size() / 16, 1U << 20));
+    // Enough for most files of maps: half the size of their text. Not in proportion to huge texts, which are mostly values.
+    m_words.reserve(std::min<std::size_t>(text.size() / 16, 1U << 23));
 }
 
 word xml_index::begin_word(const char* begin, word kind) const
