@@ -226,12 +226,14 @@ TEST(Tables, ReadTheNextNodeAsTheHostChangedIt)
 TEST(Tables, SortABatchByWholeKeys)
 {
     item_batch batch;
-    std::vector<ustring8> keys;
-    for (std::size_t i = 0; i < 900; ++i)
-        keys.push_back(std::string(i % 40, i % 3 == 0 ? '\xC3' : 'z') + std::to_string(i * 7919 % 251));
-    for (const ustring8& key : keys) batch.add({key, true}, 0, 0);
+    std::vector<ustring8> keys(900);
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        keys[i] = std::string(i % 40, i % 3 == 0 ? '\xC3' : 'z') + std::to_string(i * 7919 % 251);
+        batch.add({keys[i], true}, 0, 0);
+    }
     batch.sort();
-    std::vector<std::pair<std::string_view, std::size_t>> sorted;
-    for (const auto& each : batch.sorted) sorted.emplace_back(keys[each.item], each.item);
-    EXPECT_TRUE(std::is_sorted(sorted.begin(), sorted.end()) && sorted.size() == keys.size());
+    const auto is_before = [&](auto& a, auto& b) {
+        return std::tie(keys[a.item], a.item) < std::tie(keys[b.item], b.item);
+    };
+    EXPECT_TRUE(std::is_sorted(batch.sorted.begin(), batch.sorted.end(), is_before));
 }
