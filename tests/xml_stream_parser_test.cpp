@@ -41,7 +41,8 @@ TEST(XmlStreamParser, HandsOutNodesInDocumentOrder)
         {"end_of_file 0: a+@1 b@1[name=k][b=2][a=1] /a@1", {"<a><b name='k' b='2' a='1'/></a>"}},
         {"end_of_file 0: a+@1 b+@2 c@3 /b@4 /a@6", {"<a>\n<b>\r<c\r\n/></b>\n\n</a\n>"}},
         // text, in several pieces
-        {"end_of_file 0: a@1\"x\"", {"<a>x</a>", "<a>&#120;</a>", "<a><![CDATA[x]]></a>", "<a><?y z?>x<!--y--></a>"}},
+        {"end_of_file 0: a@1\"x\"", {"<a>x</a>", "<a>&#x78;</a>", "<a><![CDATA[x]]></a>", "<a><?y z?>x<!--y--></a>"}},
+        {"end_of_file 0: a@1\"\x7F\"", {"<a>&#127;</a>"}},
         {"end_of_file 0: a@1\"1<&]]>5\"", {"<a>1<!--2--><![CDATA[<&]]]]><?p 4?>&gt;&#x35;</a>"}},
         {"end_of_file 0: a@1\"1\\102\\103\\134\"", {"<a>1\r\n2\r3&#13;4</a>"}},
         {"end_of_file 0: a@1[b=1 2 3\\94\\13\\10<'\"]", {"<a b='1\r\n2\t3&#9;4&#xD;&#10;&lt;&apos;&quot;'/>"}},
@@ -219,7 +220,7 @@ TEST(XmlStreamParser, DecodesWhatTheBytesAndTheHeaderSay)
           "\xFE\xFF" + utf16("<a>x", true) + "\xD8\x3D" + utf16("</a>", true)}},
         {"unexpected_character 1: ", {"<a b='\xC3"}},
         {"unexpected_character 1: a@1", {"<a/>\0"s, "\xFF\xFE" + utf16("<a/>", false) + "\n"}},
-        {"unexpected_character 2: a+@2", {header + "US-ASCII'?>" + latin}},
+        {"unexpected_character 2: a+@2", {header + "US-ASCII'?>" + latin, header + "US-ASCII'?>\n<a>\xC3\xA4</a>"}},
         // an unknown encoding, or one that the bytes contradict
         {"fatal_error 2: ", {"<?xml version='1.0'\nencoding='KOI8-R'?><a/>"}},
         {"fatal_error 1: ",
