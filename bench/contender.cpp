@@ -23,30 +23,29 @@ struct open_table : table
     using table::m_items;
 };
 
-template <class table>
-struct open_rows : table
+template <class their_map, class our_map, class comparison>
+bool is_equal(const their_map& theirs, const our_map& ours, comparison is_same)
 {
-    using table::m_attrib_names;
-};
-
-template <map_type kind, class table>
-bool has_same_items(const table& theirs, const host_table<kind, std::string>& ours)
-{
-    if constexpr (kind == MT_COLLECTION || kind == MT_VECTOR_COLLECTION) {
-        if (theirs.*&open_rows<table>::m_attrib_names != ours.schema) return false;
-    }
-    const auto& items = (theirs.*&open_table<table>::m_items).read();
-    return std::equal(items.begin(), items.end(), ours.items.begin(), ours.items.end(),
-                      [](const auto& a, const auto& b) { return a.first == b.first && a.second == b.second; });
+    return std::equal(theirs.begin(), theirs.end(), ours.begin(), ours.end(),
+                      [=](const auto& a, const auto& b) { return a.first == b.first && is_same(a.second, b.second); });
 }
 
-template <map_type kind, class table>
-bool has_same_maps(const std::map<std::string, table>& theirs, const host_tables& tables)
+template <class table, class tables_of_host>
+bool has_same_items(const std::map<std::string, table>& theirs, const tables_of_host& ours)
 {
-    const auto& ours = std::get<kind>(tables);
-    return std::equal(theirs.begin(), theirs.end(), ours.begin(), ours.end(), [](const auto& a, const auto& b) {
-        return a.first == b.first && has_same_items<kind>(a.second, b.second);
+    return is_equal(theirs, ours, [](const auto& a, const auto& b) {
+        return is_equal((a.*&open_table<table>::m_items).read(), b.items, std::equal_to<>());
     });
+}
+
+template <class tables>
+void fill(const tables& from, tables& to)
+{
+    for (const auto& [name, table] : from) {
+        auto& filled = to[name];
+        filled.schema = table.schema;
+        for (const auto& item : table.items) filled.items.emplace_hint(filled.items.end(), item);
+    }
 }
 
 }  // namespace
@@ -82,17 +81,38 @@ std::wstring library_path(const std::string& path)
     return wide;
 }
 
-bool is_equal(const map_collection& maps, const host_tables& tables)
+bool is_equal(map_collection& maps, const host_tables& tables)
 {
-    return has_same_maps<MT_SIMPLE>(maps.*&open_collection::m_simple_maps, tables) &&
-           has_same_maps<MT_COLLECTION>(maps.*&open_collection::m_collection_maps, tables) &&
-           has_same_maps<MT_VECTOR>(maps.*&open_collection::m_vector_maps, tables) &&
-           has_same_maps<MT_VECTOR_COLLECTION>(maps.*&open_collection::m_vector_collection_maps, tables);
+    const auto has_same_keys = [&](const auto& ours) {
+        return std::all_of(ours.begin(), ours.end(),
+                           [&](auto& map) { return maps.keys(map.first) == map.second.schema; });
+    };
+    return has_same_items(maps.*&open_collection::m_simple_maps, std::get<MT_SIMPLE>(tables)) &&
+           has_same_items(maps.*&open_collection::m_collection_maps, std::get<MT_COLLECTION>(tables)) &&
+           has_same_items(maps.*&open_collection::m_vector_maps, std::get<MT_VECTOR>(tables)) &&
+           has_same_items(maps.*&open_collection::m_vector_collection_maps, std::get<MT_VECTOR_COLLECTION>(tables)) &&
+           std::apply([&](const auto&... ours) { return (has_same_keys(ours) && ...); }, tables);
 }
 
 const data_mapper4::map_t& simple_map(const map_collection& maps, const std::string& name)
 {
     return (maps.*&open_collection::m_simple_maps).at(name);
+}
+
+std::function<bool(host_tables&)> floor_of(const std::string& path)
+{
+    host_tables found;
+    require(load(rapidxml, path, found), "cannot load " + path);
+    // A copy's nodes and texts are in memory in their order.
+    return [tables = host_tables(found), units = NUVEK_2_18::strings::utf8_to_utf16(path)](host_tables& to) {
+        xml_stream_parser parser(units, xml_stream_parser::header_optional);
+        if (parser.parse() != xml_stream_parser::end_of_file) return false;
+        fill(std::get<MT_SIMPLE>(tables), std::get<MT_SIMPLE>(to));
+        fill(std::get<MT_COLLECTION>(tables), std::get<MT_COLLECTION>(to));
+        fill(std::get<MT_VECTOR>(tables), std::get<MT_VECTOR>(to));
+        fill(std::get<MT_VECTOR_COLLECTION>(tables), std::get<MT_VECTOR_COLLECTION>(to));
+        return true;
+    };
 }
 
 file_text read_file(const std::string& path)

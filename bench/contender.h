@@ -36,7 +36,7 @@ bool load(const std::string& path, data_mapper4::map_collection& maps);
 std::wstring library_path(const std::string& path);
 
 // Whether the library's tables hold the same as the host's.
-bool is_equal(const data_mapper4::map_collection& maps, const host_tables& tables);
+bool is_equal(data_mapper4::map_collection& maps, const host_tables& tables);
 
 const data_mapper4::map_t& simple_map(const data_mapper4::map_collection& maps, const std::string& name);
 
@@ -48,11 +48,8 @@ struct file_text
 };
 file_text read_file(const std::string& path);
 
-// Parses with RapidXML, in place: the tables point into the text.
-bool read_views(const file_text& text, basic_filler<std::string_view>& filler);
-
 // Not a contender, but a lower limit for one: returns a function that parses the document with the library, and fills
-// tables in order from texts that were found and sorted before.
+// tables in order from others that were filled before.
 std::function<bool(host_tables&)> floor_of(const std::string& path);
 
 // The rows that are in a source of their own.

@@ -13,28 +13,24 @@ namespace bench {
 
 using namespace data_mapper4;
 
-// Text is std::string, or std::string_view for tables that point into a document.
-template <class text>
-using row = std::vector<text>;  // values in the order of the schema, empty for those left out
+using row = std::vector<std::string>;  // values in the order of the schema, empty for those left out
 
 // What an item of a kind of map holds.
-template <map_type kind, class text>
-using content = std::tuple_element_t<kind, std::tuple<text, row<text>, std::vector<text>, std::vector<row<text>>>>;
+template <map_type kind>
+using content = std::tuple_element_t<kind, std::tuple<std::string, row, std::vector<std::string>, std::vector<row>>>;
 
-template <map_type kind, class text>
+template <map_type kind>
 struct host_table
 {
-    std::vector<text> schema;  // "name" comes first; empty in maps without rows
-    std::map<text, content<kind, text>> items;
+    std::vector<std::string> schema;  // "name" comes first; empty in maps without rows
+    std::map<std::string, content<kind>> items;
 };
 
-template <map_type kind, class text>
-using tables_by_name = std::map<text, host_table<kind, text>>;
+template <map_type kind>
+using tables_by_name = std::map<std::string, host_table<kind>>;
 
-template <class text>
-using basic_tables = std::tuple<tables_by_name<MT_SIMPLE, text>, tables_by_name<MT_COLLECTION, text>,
-                                tables_by_name<MT_VECTOR, text>, tables_by_name<MT_VECTOR_COLLECTION, text>>;
-using host_tables = basic_tables<std::string>;
+using host_tables = std::tuple<tables_by_name<MT_SIMPLE>, tables_by_name<MT_COLLECTION>, tables_by_name<MT_VECTOR>,
+                               tables_by_name<MT_VECTOR_COLLECTION>>;
 
 // Fills one map. `attributes` is a function that calls another one with the name and value of each attribute, in the
 // order of the document, until that returns false. A value is a std::string_view, or a std::string&& if the parser's
@@ -42,11 +38,11 @@ using host_tables = basic_tables<std::string>;
 //
 // Functions return false for what a host refuses: a duplicate name, an attribute that the map's first element does not
 // have, an element in the wrong place.
-template <map_type kind, class text>
+template <map_type kind>
 class open_map
 {
 public:
-    explicit open_map(host_table<kind, text>* table = nullptr) : m_table(table) {}
+    explicit open_map(host_table<kind>* table = nullptr) : m_table(table) {}
 
     template <class attribute_list>
     bool take_item(const attribute_list& attributes)
@@ -55,7 +51,7 @@ public:
         if (m_table == nullptr) return false;
         attributes([&](std::string_view name, auto&& value) {
             if (kind == MT_COLLECTION && m_item != nullptr) return add(name, std::forward<decltype(value)>(value));
-            return name == "name" && add_item(text(std::forward<decltype(value)>(value)));
+            return name == "name" && add_item(std::string(std::forward<decltype(value)>(value)));
         });
         if (kind == MT_COLLECTION && m_item != nullptr) m_row->resize(m_table->schema.size());
         return m_item != nullptr;
@@ -69,7 +65,7 @@ public:
         attributes([&](std::string_view name, auto&& value) {
             if constexpr (kind == MT_VECTOR_COLLECTION) return add(name, std::forward<decltype(value)>(value));
             if (name != "name") return refuse();
-            if constexpr (kind == MT_SIMPLE) *m_item = text(std::forward<decltype(value)>(value));
+            if constexpr (kind == MT_SIMPLE) *m_item = std::string(std::forward<decltype(value)>(value));
             if constexpr (kind == MT_VECTOR) m_item->emplace_back(std::forward<decltype(value)>(value));
             return false;
         });
@@ -79,7 +75,7 @@ public:
 
 private:
     // Returns whether the element's attributes after the first matter.
-    bool add_item(text name)
+    bool add_item(std::string name)
     {
         const auto [item, is_new] = m_table->items.try_emplace(std::move(name));
         if (!is_new) return false;
@@ -92,7 +88,7 @@ private:
         return kind == MT_COLLECTION;
     }
 
-    void begin_row(row<text>& values)
+    void begin_row(row& values)
     {
         m_row = &values;
         m_makes_schema = m_table->schema.empty();
@@ -119,7 +115,7 @@ private:
             if (place == schema.size()) return refuse();
         }
         if (place < m_row->size()) {
-            (*m_row)[place] = text(std::forward<value_type>(value));
+            (*m_row)[place] = std::string(std::forward<value_type>(value));
         } else {
             m_row->resize(place);
             m_row->emplace_back(std::forward<value_type>(value));
@@ -127,18 +123,17 @@ private:
         return true;
     }
 
-    host_table<kind, text>* m_table;
-    content<kind, text>* m_item = nullptr;
-    row<text>* m_row = nullptr;  // only in maps with rows
+    host_table<kind>* m_table;
+    content<kind>* m_item = nullptr;
+    row* m_row = nullptr;  // only in maps with rows
     bool m_makes_schema = false;
 };
 
 // Fills tables from the elements of a file, which are passed in the order of the document.
-template <class text>
-class basic_filler
+class table_filler
 {
 public:
-    explicit basic_filler(basic_tables<text>& tables) : m_tables(tables) {}
+    explicit table_filler(host_tables& tables) : m_tables(tables) {}
 
     // Flattened, so that no peer is slower than with a loop written for it alone.
     template <class attribute_list>
@@ -152,7 +147,7 @@ public:
             m_is_sound = std::visit(take_it, m_map) && m_is_sound;
         } else if (tag != "maps") {
             attributes([&](std::string_view, auto&& value) {
-                m_is_sound = open(tag, text(std::forward<decltype(value)>(value))) && m_is_sound;
+                m_is_sound = open(tag, std::string(std::forward<decltype(value)>(value))) && m_is_sound;
                 return false;
             });
         }
@@ -162,10 +157,10 @@ public:
     bool is_sound() const { return m_is_sound; }
 
     // The paths of the files to read next, relative to the master file.
-    const std::vector<text>& includes() const { return m_includes; }
+    const std::vector<std::string>& includes() const { return m_includes; }
 
 private:
-    bool open(std::string_view tag, text name)
+    bool open(std::string_view tag, std::string name)
     {
         if (tag != "include") {
             return open_as<MT_SIMPLE>(tag, name) || open_as<MT_COLLECTION>(tag, name) ||
@@ -176,22 +171,19 @@ private:
     }
 
     template <map_type kind>
-    bool open_as(std::string_view tag, text& name)
+    bool open_as(std::string_view tag, std::string& name)
     {
         if (tag != map_tags[kind]) return false;
         const auto [map, is_new] = std::get<kind>(m_tables).try_emplace(std::move(name));
-        m_map = open_map<kind, text>(&map->second);
+        m_map = open_map<kind>(&map->second);
         return is_new;
     }
 
-    basic_tables<text>& m_tables;
-    std::vector<text> m_includes;
-    std::variant<open_map<MT_SIMPLE, text>, open_map<MT_COLLECTION, text>, open_map<MT_VECTOR, text>,
-                 open_map<MT_VECTOR_COLLECTION, text>>
+    host_tables& m_tables;
+    std::vector<std::string> m_includes;
+    std::variant<open_map<MT_SIMPLE>, open_map<MT_COLLECTION>, open_map<MT_VECTOR>, open_map<MT_VECTOR_COLLECTION>>
         m_map;
     bool m_is_sound = true;
 };
-
-using table_filler = basic_filler<std::string>;
 
 }  // namespace bench

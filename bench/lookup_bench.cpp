@@ -109,7 +109,7 @@ auto in_item(function use)
     };
 }
 
-void fill(attribute_set& attribs, const names& schema, const row<std::string>& values)
+void fill(attribute_set& attribs, const names& schema, const row& values)
 {
     for (std::size_t i = 0; i < schema.size(); ++i) attribs.emplace(schema[i], values[i]);
 }

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <sstream>
 
 #include "contender.h"
 
@@ -60,15 +59,15 @@ void report(const std::string& contender, const std::string& path)
 
 void report_all(const std::string& program)
 {
-    std::string contenders = library_name;
-    for (const peer& each : peers()) contenders += std::string(" ") + each.name;
+    std::vector<std::string> contenders = {library_name};
+    for (const peer& each : peers()) contenders.emplace_back(each.name);
     const char* separator = "[";
     for (const cell& in : load_cells()) {
-        std::istringstream words(contenders);
-        for (std::string contender; words >> contender; separator = "},\n") {
+        for (const std::string& contender : contenders) {
             std::cout << separator << "{\"cell\": \"" << in.name << "\", \"size\": " << in.size()
                       << ", \"contender\": \"" << contender << "\", \"figures\": " << std::flush;
             require(std::system((program + " " + contender + " " + in.path()).c_str()) == 0, "a load failed");
+            separator = "},\n";
         }
     }
     std::cout << "}]\n";

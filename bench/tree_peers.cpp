@@ -33,11 +33,11 @@ bool read_pugixml(const std::string& path, table_filler* filler)
 
 // Parses in place. References are resolved, because the tables need that; everything else that takes time is left out:
 // nodes for white space between elements, and zeros after names and values, whose sizes are known.
-template <class text>
-bool read_rapidxml_text(const file_text& file, basic_filler<text>* filler)
+bool read_rapidxml(const std::string& path, table_filler* filler)
 {
     constexpr int options =
         rapidxml::parse_no_data_nodes | rapidxml::parse_no_element_values | rapidxml::parse_no_string_terminators;
+    const file_text file = read_file(path);
     rapidxml::xml_document<> document;
     try {
         if (file.bytes) document.parse<options>(file.bytes.get());
@@ -60,11 +60,6 @@ bool read_rapidxml_text(const file_text& file, basic_filler<text>* filler)
         for (auto element = map->first_node(); element != nullptr; element = element->next_sibling()) take(element);
     }
     return true;
-}
-
-bool read_rapidxml(const std::string& path, table_filler* filler)
-{
-    return read_rapidxml_text(read_file(path), filler);
 }
 
 bool read_tinyxml2(const std::string& path, table_filler* filler)
@@ -117,11 +112,6 @@ bool read_boost_ptree(const std::string& path, table_filler* filler)
 }
 
 }  // namespace
-
-bool read_views(const file_text& text, basic_filler<std::string_view>& filler)
-{
-    return read_rapidxml_text(text, &filler);
-}
 
 const peer pugixml = {"pugixml", std::to_string(PUGIXML_VERSION), read_pugixml, true};
 const peer rapidxml = {"rapidxml", "1.13", read_rapidxml, true};

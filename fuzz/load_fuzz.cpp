@@ -70,9 +70,11 @@ void check_item(map_collection& maps, const string& map, const load_model::table
 // Checks that the table has the model's items and attribute names, and none of the other names.
 void check_table(map_collection& maps, const string& name, const load_model::table& table)
 {
-    texts items = map_author::item_names;
+    texts items;
     for (const auto& item : table.items) items.push_back(item.first);
-    if (!table.items.empty()) items.push_back(items.back() + "0");
+    require(maps.items(name) == items && maps.keys(name) == table.schema);
+    if (!items.empty()) items.push_back(items.back() + "0");
+    items.insert(items.end(), map_author::item_names.begin(), map_author::item_names.end());
     for (const string& item : items) check_item(maps, name, table, item);
     for (const string& key : {string("name"), map_author::attributes[0], map_author::attributes[3]}) {
         const bool is_known = std::count(table.schema.begin(), table.schema.end(), key) != 0;

@@ -35,16 +35,15 @@ public:
     }
 
     // document = XMLDecl? Misc* (doctypedecl Misc*)? element Misc*
-    bool check(bool is_declaration_optional)
+    void check(bool is_declaration_optional)
     {
         m_begin = m_stretch = m_cursor.at();
-        if (!take_declaration(is_declaration_optional)) return false;
-        for (;;) {
+        for (bool goes_on = take_declaration(is_declaration_optional); goes_on;) {
             m_cursor.skip_space();
             m_begin = m_cursor.at();
             const construct next = next_construct(m_cursor);
-            if (next == construct::end) return end();
-            if (!take(next)) return false;
+            goes_on = next != construct::end && take(next);
+            if (next == construct::end) end();
         }
     }
 
@@ -200,12 +199,10 @@ private:
         return taken(parser::take_doctype(m_cursor));
     }
 
-    bool end()
+    void end()
     {
-        if (m_fault_at_end != xml_fault::none) return report(m_fault_at_end);
-        if (!m_has_root) return report(xml_fault::no_root);
+        m_fault = !m_has_root && m_fault_at_end == xml_fault::none ? xml_fault::no_root : m_fault_at_end;
         end_stretch();
-        return true;
     }
 
     struct collected

@@ -57,13 +57,6 @@ TEST(XmlStreamParser, HandsOutNodesInDocumentOrder)
          {"<\xDF\xBF \xDF\xBF='\xC2\x80'>\xDF\xBF\xC2\x80</\xDF\xBF>"}},
     };
     check(rows, outcome);
-    const auto parser = parsed("<a>\n\xC3\xA9<b/> <c/></a>");
-    std::string places;
-    for (; !parser->node_queue_empty(); parser->node_queue_pop()) {
-        const auto& node = parser->node_queue_front();
-        places += std::to_string(node.column) + '/' + std::to_string(node.depth) + ' ';
-    }
-    EXPECT_EQ(places, "1/0 3/1 8/1 12/0 ") << "columns and depths";
 }
 
 TEST(XmlStreamParser, GivesTheTextAfterChildrenToTheClosingNode)
