@@ -223,6 +223,14 @@ TEST(Tables, ReadTheNextNodeAsTheHostChangedIt)
     EXPECT_EQ(load_changed("{a}{b}", 0, "f"), "duplicate_item 0 | d= e= f= g= | item");
 }
 
+TEST(Tables, LeaveTheElementsAfterADuplicateInTheQueue)
+{
+    const auto parser = parsed("<maps><item name='a'/><item name='a'><item name='b'><c/></item></item></maps>", 1);
+    collection map;
+    EXPECT_EQ(load(map, *parser), "duplicate_item 1 | (name) a=(a) | item");
+    EXPECT_EQ(parser->node_queue_front().depth, 2U);
+}
+
 TEST(Tables, SortABatchByWholeKeys)
 {
     item_batch batch;

@@ -104,8 +104,8 @@ TEST(XmlStreamParser, ReportsTheFirstFaultWithItsLine)
         // in the prolog
         {"unexpected_character 1: ",
          {"x<a/>", "< a/>", "<1/>", "&amp;<a/>", " <?xml version='1.0'?><a/>", "<?xml?><a/>",
-          "<?xml version='2.0'?><a/>", "<?xml version='1.'?><a/>", "<?xml version='1.0' x?><a/>",
-          "<?xml encoding='UTF-8'?><a/>", "<?xml version='1.0' standalone='1'?><a/>",
+          "<?xml version='2.0'?><a/>", "<?xml version='1.'?><a/>", "<?xml version='1.a'?><a/>",
+          "<?xml version='1.0' x?><a/>", "<?xml encoding='UTF-8'?><a/>", "<?xml version='1.0' standalone='1'?><a/>",
           "<?xml version='1.0'standalone='yes'?><a/>"}},
     };
     check(rows, outcome);
@@ -139,8 +139,8 @@ TEST(XmlStreamParser, ChecksTheShapeOfADoctype)
           "a PUBLIC 'p'><a/>", "a PUBLIC \"p' 's'><a/>", "a PUBLIC 'p'q' 's'><a/>",
           // in or after the subset
           "a [] SYSTEM 's'><a/>", "a [] []><a/>", "a []]><a/>", "a [<!ELEMENT b '>]><a/>", "a [<!ELEMENTb>]><a/>",
-          "a [<!OTHER b>]><a/>", "a [<!ENTITY b <c>]><a/>", "a [<![INCLUDE[]]>]><a/>", "a [x]><a/>", "a [%;]><a/>",
-          "a [%b]><a/>", "a [<?xml p?>]><a/>"}},
+          "a [<!OTHER b>]><a/>", "a [<!ENTITY b <c>]><a/>", "a [<![INCLUDE[]]>]><a/>", "a [x]><a/>", "a [x;]><a/>",
+          "a [%;]><a/>", "a [%b]><a/>", "a [<?xml p?>]><a/>"}},
     };
     check(rows, [](const std::string& rest) { return outcome("<!DOCTYPE " + rest); });
     check({{"unexpected_character 1: ", {"<!DOCTYPEa><a/>", "<!DOCTYPE><a/>", "<!doctype a><a/>"}}}, outcome);
@@ -175,7 +175,8 @@ TEST(XmlStreamParser, ReadsAttributesAndTagsOfAnySize)
             for (const std::size_t value_size : {0U, 8191U, 8192U, 20000U}) {
                 const std::string name(name_size, 'n');
                 const std::string value(value_size, 'v');
-                const std::string tag = "<a " + name + equal + '"' + value + "\" b" + equal + "'&#9;" + value + "' c='";
+                const std::string tag =
+                    "<a " + name + equal + '"' + value + "\" b" + equal + "'&#9;" + value + "' c" + equal + "'";
                 EXPECT_EQ(outcome(tag + "'>x</a>"),
                           "end_of_file 0: a@1[" + name + '=' + value + "][b=\\9" + value + "][c=]\"x\"");
             }
@@ -207,9 +208,9 @@ TEST(XmlStreamParser, DecodesWhatTheBytesAndTheHeaderSay)
         // malformed, or not a character of XML
         {"unexpected_character 1: a+@1\"x\"",
          {"<a>x\xC0\xAF</a>", "<a>x\xC1\xBF</a>", "<a>x\xC2</a>", "<a>x\xDF\xC0</a>", "<a>x\xED\xA0\x80</a>",
-          "<a>x\xF4\x90\x80\x80</a>", "<a>x\xE2\x82</a>", "<a>x\x80</a>", "<a>x\xEF\xBF\xBE</a>", "<a>x\x01</a>",
-          "<a>x\xE0\x9F\xBF</a>", "<a>x\xF0\x8F\xBF\xBF</a>", "<a>x\xC3\xC3</a>",
-          "\xFF\xFE" + utf16("<a>x", false) + "\x3D\xDE" + utf16("</a>", false),
+          "<a>x\xF4\x90\x80\x80</a>", "<a>x\xE2\x82</a>", "<a>x\xE2\x82\xC0</a>", "<a>x\x80</a>",
+          "<a>x\xEF\xBF\xBE</a>", "<a>x\x01</a>", "<a>x\xE0\x9F\xBF</a>", "<a>x\xF0\x8F\xBF\xBF</a>",
+          "<a>x\xC3\xC3</a>", "\xFF\xFE" + utf16("<a>x", false) + "\x3D\xDE" + utf16("</a>", false),
           "\xFE\xFF" + utf16("<a>x", true) + "\xD8\x3D" + utf16("</a>", true)}},
         {"unexpected_character 1: ", {"<a b='\xC3"}},
         {"unexpected_character 1: a@1", {"<a/>\0"s, "\xFF\xFE" + utf16("<a/>", false) + "\n"}},
@@ -284,13 +285,11 @@ TEST(XmlStreamParser, GivesANewDefaultNodeIfTheQueueIsEmpty)
     folder.write("a", "<a/>");
     xml_stream_parser parser(documents::units(folder.path("a")), 2);
     const auto expect_default_nodes = [&] {
-        for (int again = 0; again < 2; ++again) {
-            EXPECT_TRUE(parser.node_queue_empty() && parser.node_queue_front().attributes.empty());
-            parser.node_queue_front().attributes = {{"b", "1"}};
-            EXPECT_TRUE(parser.node_queue_front().tag.empty() && parser.node_queue_front().attributes.empty());
-            parser.node_queue_front().attributes = {{"b", "1"}};
-            EXPECT_TRUE(parser.node_queue_pop().attributes.empty());
-        }
+        EXPECT_TRUE(parser.node_queue_empty() && parser.node_queue_front().tag.empty());
+        parser.node_queue_front().tag = "changed";
+        EXPECT_EQ(parser.node_queue_front().tag, "");
+        parser.node_queue_front().tag = "changed";
+        EXPECT_EQ(parser.node_queue_pop().tag, "");
     };
     expect_default_nodes();
     parser.node_queue_front().tag = "changed";
@@ -319,10 +318,9 @@ TEST(XmlStreamParser, ReadsHugeDocumentsInLinearTime)
     for (const auto& [document, count] : rows) {
         const auto begin = std::chrono::steady_clock::now();
         const auto parser = parsed(document);
-        EXPECT_EQ(parser->error(), xml_stream_parser::end_of_file) << document.substr(0, 20);
         std::size_t popped = 0;
         for (; !parser->node_queue_empty(); ++popped) parser->node_queue_pop();
-        EXPECT_EQ(popped, count) << document.substr(0, 20);
+        EXPECT_TRUE(parser->error() == xml_stream_parser::end_of_file && popped == count) << document.substr(0, 20);
         EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << document.substr(0, 20);
     }
     EXPECT_EQ(outcome("<a" + attributes + "\na7=''/>"), "attribute_redefined 2: ");
