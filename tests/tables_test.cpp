@@ -225,7 +225,8 @@ TEST(Tables, ReadTheNextNodeAsTheHostChangedIt)
 
 TEST(Tables, LeaveTheElementsAfterADuplicateInTheQueue)
 {
-    const auto parser = parsed("<maps><item name='a'/><item name='a'><item name='b'><item name='c'/></item></item></maps>", 1);
+    const auto parser =
+        parsed("<maps><item name='a'/><item name='a'><item name='b'><item name='c'/></item></item></maps>", 1);
     collection map;
     EXPECT_EQ(load(map, *parser), "duplicate_item 1 | (name) a=(a) | item");
     EXPECT_EQ(parser->node_queue_front().depth, 2U);

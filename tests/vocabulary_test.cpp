@@ -20,9 +20,7 @@ struct opened : map_collection
 TEST(Vocabulary, HasOneTextForEachCode)
 {
     opened maps;
-    std::string results;
-    std::string types;
-    std::string errors;
+    std::string results, types, errors;
     for (int code = -1; code <= 14; ++code) {
         map_error_t error;
         error.type(static_cast<map_error_t::result_type>(code));
