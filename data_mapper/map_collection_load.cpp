@@ -4,6 +4,7 @@
 #include <list>
 #include <set>
 #include <tuple>
+#include <utility>
 
 #include "data_mapper/map_kind.h"
 #include "data_mapper/map_stores.h"
@@ -85,8 +86,9 @@ private:
     void open(const std::wstring& base_dir, const std::wstring& rest)
     {
         const bool is_cut = base_dir.size() + rest.size() > longest_path;
-        m_maps.m_file.assign(base_dir, 0, longest_path);
-        m_maps.m_file.append(rest, 0, longest_path - m_maps.m_file.size());
+        std::wstring file(base_dir, 0, longest_path);  // not in place: the rest may be the last file's path
+        file.append(rest, 0, longest_path - file.size());
+        m_maps.m_file = std::move(file);
         if (m_maps.m_base_dir.empty()) m_maps.m_base_dir = rest.substr(0, rest.rfind(L'\\') + 1);
         m_maps.m_error = map_error_t();
         if (is_cut && m_maps.m_file.find(L'\0') == std::wstring::npos) {

@@ -185,7 +185,7 @@ TEST(MapCollection, AddsTheMapsOfASecondLoadButNotToCopies)
     EXPECT_EQ(rendered(copy, copy.load(folder.path("2/a")), folder), "duplicate_map 1 | c:1 m:0 v:2 | 1\\b");
     EXPECT_EQ(rendered(copy, copy.load(folder.path("none")), folder), "file_not_found 0 | c:1 m:0 v:2 | none");
     maps = *&maps;
-    EXPECT_EQ(rendered(maps, maps.m_error, folder), "no_error 1 | m:0 | 1\\a");
+    EXPECT_EQ(rendered(maps, maps.load(maps.m_file), folder), "duplicate_map 0 | m:0 | 1\\a") << "a member as the path";
     maps = opened();
     EXPECT_EQ(rendered(maps, maps.m_error, folder), "no_error 0 | | ");
     EXPECT_EQ(rendered(maps, maps.load(folder.path("2/a")), folder), "no_error 1 | m:0 v:2 vc:3 | 2\\b");
