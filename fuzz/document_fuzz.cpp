@@ -4,7 +4,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <regex>
 
 #include "expat_nodes.h"
 #include "memory_file.h"
@@ -99,9 +98,9 @@ bool may_differ(std::string_view bytes, xml_stream_parser::error_type outcome, c
     if (outcome == xml_stream_parser::end_of_file || outcome == xml_stream_parser::incomplete) return false;
     // in ISO-8859-1 three letters that no edition allows in names, and versions of any form.
     const bool is_latin1 = !theirs.encoding.empty() && (theirs.encoding[0] | 0x20) != 'u';
-    static const std::regex version("1\\.[0-9]+");
-    return (is_latin1 && bytes.find_first_of("\xAA\xB5\xBA") != std::string_view::npos) ||
-           !std::regex_match(theirs.version, version);
+    const bool is_number = theirs.version.size() > 2 && theirs.version.compare(0, 2, "1.") == 0 &&
+                           theirs.version.find_first_not_of("0123456789", 2) == std::string::npos;
+    return (is_latin1 && bytes.find_first_of("\xAA\xB5\xBA") != std::string_view::npos) || !is_number;
 }
 
 void compare(std::string_view bytes, xml_stream_parser::error_type outcome, const nodes& found)
