@@ -1,0 +1,168 @@
+// check_maps: explains everything that is wrong with a set of map files; load_maps: loads a set only if nothing is.
+//
+//     const data_mapper4::load_report report = data_mapper4::check_maps("maps/world.xml");
+//     if (report.errors() != 0) std::cerr << report.text();
+//
+// map_collection::load stops a file at its first fault, and a fault in an included file does not show in its result. A
+// check reads the same files, says where every fault is and what to write instead, and goes on after it with the next
+// item, map or include. XML that is not well-formed ends its own file, after what precedes it was checked.
+//
+// Errors are of two classes. Either load notices: a file ends with a code, or a map is lost, or an item is dropped or
+// skipped. Or load does not notice, although the author meant something else: ignored text, a file that ends with an
+// element open, a map or an include inside a map, a second <maps>, a map element without a name. Warnings are for maps
+// without content, which load skips, and for includes that are found on this system but not on others. docs/errors.md
+// lists the rules with an example of each.
+//
+// The record, the maps and the end of each file are those of load itself, on the same bytes: a check runs it. Each file
+// is read from disk once, however often it is included.
+//
+// Texts and paths are UTF-8; bytes of a path that are not are replaced by U+FFFD. Lines and columns are counted from 1,
+// columns in Unicode code points: a tab is one, a BOM none.
+//
+// Cost: at most 2.5 times that of load if there are no errors, and linear in the files otherwise, n log n in items and
+// maps. Memory: all files with their indexes at once, some 1.5 times the size of the files, besides the tables.
+//
+// Threads: none of the functions has state; concurrent calls are safe. A report belongs to one thread at a time, or to
+// any number that only read it. Exceptions: only std::bad_alloc and std::length_error, as for load.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data_mapper/map_collection.h"
+#include "data_mapper/map_error_t.h"
+
+namespace data_mapper4 {
+
+struct check_options
+{
+    // The most findings that are kept, errors before warnings. All are counted.
+    std::size_t max_findings = 1000;
+
+    // The most files, each counted as often as it is included, and the most bytes of all files together. Reaching a
+    // limit is an error; nothing further is read, and is_complete() is false.
+    std::size_t max_files = 10000;
+    std::uint64_t max_bytes = std::uint64_t{1} << 32;
+
+    // If not empty, a folder: an include that leads out of it, by `..` or a symbolic link, is an error, and is not read.
+    // To the load, such a file does not exist.
+    std::filesystem::path within = {};
+
+    // Whether to look into folders, to suggest a name for a missing file, and to compare the letter case of names.
+    bool suggest_files = false;
+};
+
+enum class severity
+{
+    error,
+    warning,
+};
+
+// A part of a file, or an empty one. Line 0: the file as a whole.
+struct file_place
+{
+    ustring8 file;
+    std::size_t line = 0;
+    std::size_t column = 0;
+    std::size_t end_line = 0;
+    std::size_t end_column = 0;  // of the character after the part
+};
+
+struct related_place
+{
+    ustring8 message;  // such as: first declared here
+    file_place where;
+};
+
+struct finding
+{
+    severity level = severity::error;
+    ustring8 rule;     // a stable name, such as: duplicate-item
+    ustring8 message;  // one line; control characters in names are escaped, and long names are cut
+    ustring8 hint;     // one line, what to do about it; may be empty
+
+    // The code with which load ends the file or the map for this; no_error if load does not notice.
+    map_error_t::result_type code = map_error_t::no_error;
+
+    file_place where;
+    ustring8 source;                // the line of the place, without its line end, cut to at most 160 code points
+    std::size_t source_column = 1;  // the column of its first character
+    std::vector<related_place> related;
+    std::vector<file_place> included_by;  // the chain of includes, innermost first; of a longer one, the first 16
+};
+
+// A file, as often as load or the check read it.
+struct checked_file
+{
+    ustring8 path;
+    bool is_loaded = false;  // false if load ended before it got to this file, which was then only checked
+    map_error_t result;      // what the load of this file ended with; no_error with line 0 if it was only checked
+    file_place included_at;  // line 0 for the master file
+};
+
+// A loaded map.
+struct checked_map
+{
+    ustring8 name;
+    map_type kind = MT_UNKNOWN;
+    std::size_t items = 0;
+    file_place declared;
+};
+
+class DATA_MAPPER4_API load_report
+{
+public:
+    // A report without findings, of nothing.
+    load_report();
+    ~load_report();
+    load_report(load_report&& other) noexcept;
+    load_report& operator=(load_report&& other) noexcept;
+
+    // What map_collection::load returns for the master file.
+    map_error_t result() const;
+
+    // What is wrong, in the order of reading: an included file's findings are at the place of the include.
+    const std::vector<finding>& findings() const;
+
+    // The maps that load loads, in the order of their names.
+    const std::vector<checked_map>& maps() const;
+
+    // The files in the order of reading, the master file first.
+    const std::vector<checked_file>& files() const;
+
+    // The numbers of errors and of warnings, whether kept or not.
+    std::size_t errors() const;
+    std::size_t warnings() const;
+
+    // False if a limit of the options ended the check.
+    bool is_complete() const;
+
+    // The findings as the tool prints them: FILE:LINE:COLUMN: error: MESSAGE [rule], the line of the source with the
+    // place marked below it, and notes. Lines end in LF. Empty if there are no findings. is_colored: with the escape
+    // sequences of a terminal. Cost: linear in the text.
+    ustring8 text(bool is_colored = false) const;
+
+private:
+    friend class report_writer;
+    struct state;
+    std::unique_ptr<state> m_state;
+};
+
+// Checks a master file and everything it includes, as map_collection::load reads them into a new collection.
+DATA_MAPPER4_API load_report check_maps(const std::filesystem::path& master, const check_options& options = {});
+
+// The same; and if there is no error, `maps` becomes the loaded collection. Otherwise it is unchanged, also if memory
+// runs out. Warnings do not count.
+DATA_MAPPER4_API load_report load_maps(map_collection& maps, const std::filesystem::path& master,
+                                       const check_options& options = {});
+
+// Returns a path as map_collection::load wants it on every system: in UTF-16 units, with backslashes and at least one of
+// them, so that the base directory is the file's folder. Empty if there is no such path: the path is empty, contains a
+// zero, is not UTF-8, or has a backslash within a name where that is not the separator.
+DATA_MAPPER4_API std::wstring load_path(const std::filesystem::path& path);
+
+}  // namespace data_mapper4

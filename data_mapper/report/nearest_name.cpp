@@ -1,0 +1,63 @@
+#include "data_mapper/report/nearest_name.h"
+
+#include <algorithm>
+#include <array>
+
+namespace data_mapper4 {
+
+namespace {
+
+constexpr std::size_t longest_name = 40;
+
+// The costs of the edits. Names of which more than a third is changed are not near.
+constexpr std::size_t whole_edit = 3;
+constexpr std::size_t case_edit = 1;
+
+char lower(char letter)
+{
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter | 0x20) : letter;
+}
+
+// The cost of the cheapest edits that turn one name into the other: letters added, left out, changed or swapped.
+std::size_t distance(std::string_view a, std::string_view b)
+{
+    using row = std::array<std::size_t, longest_name + 1>;
+    row before_last = {};
+    row last = {};
+    row current = {};
+    for (std::size_t j = 0; j <= b.size(); ++j) current[j] = j * whole_edit;
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        before_last = last;
+        last = current;
+        current[0] = i * whole_edit;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const bool is_same_letter = lower(a[i - 1]) == lower(b[j - 1]);
+            const std::size_t change = a[i - 1] == b[j - 1] ? 0 : is_same_letter ? case_edit : whole_edit;
+            current[j] = std::min({last[j] + whole_edit, current[j - 1] + whole_edit, last[j - 1] + change});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+                current[j] = std::min(current[j], before_last[j - 2] + whole_edit);
+            }
+        }
+    }
+    return current[b.size()];
+}
+
+}  // namespace
+
+std::string_view nearest_name(std::string_view name, const std::vector<ustring8>& candidates, std::size_t most)
+{
+    std::string_view nearest;
+    if (name.size() > longest_name) return nearest;
+    std::size_t least = std::max(name.size(), whole_edit) + 1;
+    for (std::size_t i = 0; i < candidates.size() && i < most; ++i) {
+        const ustring8& candidate = candidates[i];
+        if (candidate.size() > longest_name || candidate == name) continue;
+        const std::size_t cost = distance(name, candidate);
+        if (cost >= least) continue;
+        least = cost;
+        nearest = candidate;
+    }
+    return nearest;
+}
+
+}  // namespace data_mapper4
