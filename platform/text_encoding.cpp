@@ -97,7 +97,7 @@ document_text decode_utf16(std::string_view bytes, bool is_big_endian)
         const char16_t* at = units;
         const char32_t code_point = unicode::take_utf16(at, std::end(units));
         if (code_point == unicode::malformed || i + 1 == bytes.size()) {
-            document.fault_at_end = xml_fault::unexpected_character;
+            document.fault_at_end = xml_fault::not_utf16;
             break;
         }
         to = unicode::write_utf8(code_point, to);
@@ -123,7 +123,7 @@ void check_ascii(document_text& document)
     const std::string_view text = document.text.view();
     const auto* const found = std::find_if(text.begin(), text.end(), is_non_ascii);
     if (found == text.end()) return;
-    end_text(document, static_cast<std::size_t>(found - text.begin()), xml_fault::unexpected_character);
+    end_text(document, static_cast<std::size_t>(found - text.begin()), xml_fault::not_ascii);
 }
 
 bool is_continuation(char byte)
@@ -143,6 +143,16 @@ bool is_three_byte_char(const char* at)
     return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && is_continuation(at[1]) && is_continuation(at[2]);
 }
 
+// The fault of a text whose first malformed bytes are at this place. If it is all ASCII up to there, the file is probably
+// in a one-byte encoding.
+xml_fault fault_of_bytes(std::string_view text, const char* malformed)
+{
+    const char* const end = text.data() + text.size();
+    if (std::any_of(text.data(), malformed, is_non_ascii)) return xml_fault::not_utf8;
+    const bool is_windows = std::any_of(malformed, end, [](char byte) { return (byte & 0xE0) == 0x80; });
+    return is_windows ? xml_fault::not_utf8_but_windows : xml_fault::not_utf8_but_latin1;
+}
+
 // Ends the text before its first ill-formed sequence, or its first character that XML does not allow. Returns true if
 // the text contains a CR.
 bool check_characters(document_text& document)
@@ -157,8 +167,11 @@ bool check_characters(document_text& document)
             at += 2;
         } else if (is_three_byte_char(at)) {
             at += 3;
-        } else if (!is_char(unicode::take_utf8(at, end))) {
-            end_text(document, static_cast<std::size_t>(character - begin), xml_fault::unexpected_character);
+        } else if (const char32_t code_point = unicode::take_utf8(at, end); !is_char(code_point)) {
+            const bool is_malformed = code_point == unicode::malformed;
+            const xml_fault fault =
+                is_malformed ? fault_of_bytes(document.text.view(), character) : xml_fault::forbidden_character;
+            end_text(document, static_cast<std::size_t>(character - begin), fault);
             break;
         }
         // Non-ASCII characters come in runs.
@@ -196,7 +209,8 @@ document_text decode_document(text_buffer bytes)
     }
     const std::string_view encoding = declared_encoding(document.text.view());
     if (!encoding.empty() && !may_declare(found.form, encoding)) {
-        end_text(document, static_cast<std::size_t>(encoding.data() - document.text.data()), xml_fault::unreadable);
+        const auto end = static_cast<std::size_t>(encoding.data() - document.text.data()) + encoding.size();
+        end_text(document, end, xml_fault::unknown_encoding);
     } else if (is_same_name(encoding, "ISO-8859-1")) {
         decode_latin1(document);
     } else if (is_same_name(encoding, "US-ASCII")) {

@@ -12,8 +12,8 @@ struct document_text
     xml_fault fault_at_end = xml_fault::none;  // why the text ends early, if it does
 };
 
-// Bytes that are not a character of XML end the text with unexpected_character. An encoding that is unknown or
-// contradicts the bytes ends it with unreadable, before the encoding's name in the XML declaration.
+// Bytes that are not a character of XML end the text. So does an encoding that is unknown or contradicts the bytes: just
+// after its name in the XML declaration.
 document_text decode_document(text_buffer bytes);
 
 }  // namespace NUVEK_2_18::parser

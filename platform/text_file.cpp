@@ -174,7 +174,7 @@ document_text text_file::read()
         if (got > 0) bytes.resize(bytes.size() + static_cast<std::size_t>(got));
     } while (got > 0);
     m_file.reset();
-    if (got < 0) return {{}, xml_fault::unreadable};
+    if (got < 0) return {{}, xml_fault::read_failed};
     return decode_document(std::move(bytes));
 }
 

@@ -20,7 +20,7 @@ public:
 
     bool is_open() const;
 
-    // Reads an open file to its end and closes it. If reading fails, the text is empty and its fault is unreadable.
+    // Reads an open file to its end and closes it. If reading fails, the text is empty and its fault is read_failed.
     document_text read();
 
 private:

@@ -8,7 +8,9 @@ namespace NUVEK_2_18::parser {
 
 bool xml_cursor::fail(xml_fault fault)
 {
-    m_fault = is_at_end() && m_fault_at_end != xml_fault::none ? m_fault_at_end : fault;
+    m_fault = fault;
+    if (is_at_end() && fault >= xml_fault::unexpected_character) m_fault = xml_fault::end_inside_markup;
+    if (is_at_end() && m_fault_at_end != xml_fault::none) m_fault = m_fault_at_end;
     return false;
 }
 
@@ -17,9 +19,9 @@ bool xml_cursor::sees(std::string_view literal) const
     return std::strncmp(m_at, literal.data(), literal.size()) == 0;
 }
 
-bool xml_cursor::take(std::string_view literal)
+bool xml_cursor::take(std::string_view literal, xml_fault missing)
 {
-    if (!sees(literal)) return fail(xml_fault::unexpected_character);
+    if (!sees(literal)) return fail(missing);
     m_at += literal.size();
     return true;
 }
@@ -36,7 +38,7 @@ bool xml_cursor::take_space()
 {
     const char* const begin = m_at;
     skip_space();
-    return m_at != begin || fail(xml_fault::unexpected_character);
+    return m_at != begin || fail(xml_fault::missing_space);
 }
 
 // Skips the rest of a name, from its first non-ASCII character on.

@@ -31,7 +31,8 @@ public:
     bool is_at_end() const { return m_at == m_end; }
     xml_fault fault() const { return m_fault; }
 
-    // Sets the fault and returns false. At the end of the text, the text's own fault takes precedence if it has one.
+    // Sets the fault and returns false. At the end of the text, the text's own fault takes precedence if it has one;
+    // otherwise what is unexpected there is the end.
     bool fail(xml_fault fault);
     bool fail_at(const char* at, xml_fault fault)
     {
@@ -40,7 +41,7 @@ public:
     }
 
     bool sees(std::string_view literal) const;
-    bool take(std::string_view literal);
+    bool take(std::string_view literal, xml_fault missing = xml_fault::unexpected_character);
 
     // Takes everything up to and including the terminator. Sets `content` to what precedes it.
     bool take_until(std::string_view terminator, std::string_view& content);
@@ -61,7 +62,7 @@ public:
         if (is_byte(*begin, name_start_byte)) m_at = skip_name_bytes(begin + 1);
         if (is_non_ascii(*m_at)) skip_non_ascii_name(begin);
         name = view(begin, m_at);
-        return m_at != begin || fail(xml_fault::unexpected_character);
+        return m_at != begin || fail(xml_fault::bad_name);
     }
 
     // Eq = S? '=' S?

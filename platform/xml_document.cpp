@@ -54,9 +54,9 @@ public:
     {
         xml_document document;
         document.fault = m_fault;
-        if (m_fault != xml_fault::none) document.fault_line = 1 + count_lines(m_document, m_cursor.at());
+        document.fault_begin = static_cast<std::size_t>(m_cursor.at() - m_document);
         document.is_complete = m_fault == xml_fault::none && is_outside();
-        text.resize(static_cast<std::size_t>(m_begin - m_document));
+        document.sound_size = static_cast<std::size_t>(m_begin - m_document);
         document.text = std::move(text);
         document.index = std::move(m_index);
         return document;
@@ -114,7 +114,7 @@ private:
     // Character data or a CDATA section.
     bool take_data(construct next)
     {
-        if (is_outside()) return report(xml_fault::unexpected_character);
+        if (is_outside()) return report(xml_fault::text_outside_root);
         std::string_view content;
         bool is_blank = true;
         const bool is_text = next == construct::text;
@@ -126,7 +126,7 @@ private:
 
     bool take_start_tag()
     {
-        if (is_outside() && m_has_root) return report(xml_fault::unexpected_character);
+        if (is_outside() && m_has_root) return report(xml_fault::second_root);
         end_stretch();
         const std::size_t position = m_index.size();
         if (!taken(parser::take_start_tag(m_cursor, m_index))) return false;
@@ -194,7 +194,7 @@ private:
 
     bool take_doctype()
     {
-        if (m_has_root || m_has_doctype) return report(xml_fault::unexpected_character);
+        if (m_has_root || m_has_doctype) return report(xml_fault::bad_doctype);
         m_has_doctype = true;
         return taken(parser::take_doctype(m_cursor));
     }

@@ -7,21 +7,24 @@
 
 namespace NUVEK_2_18::parser {
 
-xml_element_queue::xml_element_queue(xml_document document)
-    : m_document(std::move(document)), m_counted(m_document.text.view().data()), m_line_begin(m_counted)
+xml_element_queue::xml_element_queue(std::shared_ptr<const xml_document> document)
+    : m_document(std::move(document)),
+      m_size(m_document->index.size()),
+      m_counted(m_document->text.view().data()),
+      m_line_begin(m_counted)
 {
 }
 
 void xml_element_queue::read_front()
 {
-    m_next = m_document.index.read(m_position, m_front);
+    m_next = m_document->index.read(m_position, m_front);
     m_is_front_read = true;
 }
 
 bool xml_element_queue::is_last()
 {
     front();
-    return m_next == m_document.index.size();
+    return m_next == m_size;
 }
 
 xml_element& xml_element_queue::change_front(unsigned long line)
@@ -43,7 +46,7 @@ void xml_element_queue::pop()
 void xml_element_queue::go_back(std::size_t position)
 {
     for (std::size_t at = position; at != m_position;) {
-        at = m_document.index.read(at, m_front);
+        at = m_document->index.read(at, m_front);
         if (m_front.form == xml_element::kind::opening) --m_open;
         if (m_front.form == xml_element::kind::closing) ++m_open;
     }
@@ -59,9 +62,9 @@ std::size_t xml_element_queue::depth()
 strings::ustring8 xml_element_queue::data()
 {
     strings::ustring8 text;
-    const std::string_view document = m_document.text.view();
+    const char* const end = m_document->text.view().data() + m_document->sound_size;
     for (std::size_t at = m_next - front().texts; at != m_next; ++at) {
-        append_content(view(m_document.index.begin_at(at), document.data() + document.size()), text);
+        append_content(view(m_document->index.begin_at(at), end), text);
     }
     return text;
 }
@@ -69,7 +72,7 @@ strings::ustring8 xml_element_queue::data()
 unsigned long xml_element_queue::line_of(std::size_t position)
 {
     if (position == m_changed) return m_changed_line;
-    const char* const begin = m_document.index.begin_at(position);
+    const char* const begin = m_document->index.begin_at(position);
     const std::size_t lines = count_lines(m_counted, begin);
     if (lines != 0) {
         m_line += static_cast<unsigned long>(lines);

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 
 #include "platform/ustring.h"
 #include "platform/xml_document.h"
@@ -16,9 +17,9 @@ class xml_element_queue
 {
 public:
     xml_element_queue() = default;
-    explicit xml_element_queue(xml_document document);
+    explicit xml_element_queue(std::shared_ptr<const xml_document> document);
 
-    bool empty() const { return m_position == m_document.index.size(); }
+    bool empty() const { return m_position == m_size; }
 
     // The next element; it stays in the queue, which must not be empty. Valid until pop(). Its views are valid as long
     // as the document is.
@@ -54,7 +55,8 @@ public:
 private:
     void read_front();
 
-    xml_document m_document;
+    std::shared_ptr<const xml_document> m_document;
+    std::size_t m_size = 0;  // of the index
     std::size_t m_position = 0;
     std::size_t m_open = 0;  // the number of elements that are open before the front element
     xml_element m_front;

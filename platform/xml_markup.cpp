@@ -77,7 +77,7 @@ bool take_value(xml_cursor& cursor, xml_value& value)
         if (is_space(*cursor)) {
             cursor.skip(1);
         } else if (*cursor != '&') {
-            return cursor.fail(cursor.is_at_end() ? xml_fault::missing_quote : xml_fault::unexpected_character);
+            return cursor.fail(cursor.is_at_end() ? xml_fault::missing_quote : xml_fault::less_than_in_value);
         } else if (!take_reference(cursor, code_point)) {
             return cursor.is_at_end() && cursor.fail(xml_fault::missing_quote);
         }
@@ -96,11 +96,12 @@ bool take_attributes(xml_cursor& cursor, xml_index& index, bool& is_empty)
         cursor.skip_space();
         is_empty = *cursor == '/';
         if (*cursor == '>' || (is_empty && cursor.at()[1] == '>')) break;
-        if (is_empty || cursor.at() == begin) return cursor.fail(xml_fault::unexpected_character);
+        if (is_empty) return cursor.fail(xml_fault::bad_tag_end);
         xml_attribute attribute;
-        if (!cursor.take_name(attribute.name) || !cursor.take_equal() || !take_value(cursor, attribute.value)) {
-            return false;
-        }
+        const bool has_space = cursor.at() != begin;
+        if (!cursor.take_name(attribute.name)) return cursor.fail(xml_fault::bad_tag_end);
+        if (!has_space) return cursor.fail_at(begin, xml_fault::missing_space);
+        if (!cursor.take_equal() || !take_value(cursor, attribute.value)) return false;
         index.add(attribute);
     }
     cursor.skip(is_empty ? 2 : 1);
@@ -121,7 +122,7 @@ bool is_blank_code_point(char32_t code_point)
 // Char* without ']]>'
 bool take_bracket(xml_cursor& cursor)
 {
-    if (cursor.sees("]]>")) return cursor.fail(xml_fault::unexpected_character);
+    if (cursor.sees("]]>")) return cursor.fail(xml_fault::cdata_end_in_text);
     cursor.skip(1);
     return true;
 }
@@ -142,7 +143,7 @@ bool take_start_tag(xml_cursor& cursor, xml_index& index)
     const std::size_t position = index.size();
     cursor.skip(1);
     std::string_view name;
-    if (!cursor.take_name(name)) return false;
+    if (!cursor.take_name(name)) return cursor.fail(xml_fault::bare_less_than);
     index.add(xml_element::kind::opening, begin, name);
     bool is_empty = false;
     bool is_sound = take_attributes(cursor, index, is_empty);
@@ -160,7 +161,7 @@ bool take_end_tag(xml_cursor& cursor, std::string_view& name)
 {
     if (!cursor.take("</") || !cursor.take_name(name)) return false;
     cursor.skip_space();
-    return cursor.take(">");
+    return cursor.take(">", xml_fault::bad_tag_end);
 }
 
 // ([^<&] | Reference)* without ']]>'
@@ -194,7 +195,9 @@ bool take_cdata(xml_cursor& cursor, std::string_view& content)
 bool take_comment(xml_cursor& cursor)
 {
     std::string_view content;
-    return cursor.take("<!--") && cursor.take_until("--", content) && cursor.take(">");
+    if (!cursor.take("<!--") || !cursor.take_until("--", content)) return false;
+    if (cursor.take(">")) return true;
+    return !cursor.is_at_end() && cursor.fail_at(content.data() + content.size(), xml_fault::double_hyphen);
 }
 
 // PI = '<?' PITarget (S Char*)? '?>'      PITarget is a Name other than xml in any case
@@ -202,7 +205,8 @@ bool take_instruction(xml_cursor& cursor)
 {
     std::string_view target;
     if (!cursor.take("<?") || !cursor.take_name(target)) return false;
-    if (is_reserved(target)) return cursor.fail_at(target.data(), xml_fault::unexpected_character);
+    const xml_fault fault = target == "xml" ? xml_fault::late_declaration : xml_fault::reserved_target;
+    if (is_reserved(target)) return cursor.fail_at(target.data(), fault);
     if (!is_space(*cursor)) return cursor.take("?>");
     return cursor.take_until("?>", target);
 }
@@ -210,7 +214,7 @@ bool take_instruction(xml_cursor& cursor)
 void append_content(std::string_view rest, strings::ustring8& to)
 {
     xml_cursor cursor(rest);
-    for (;;) {
+    while (!cursor.is_at_end()) {
         const char* const begin = cursor.at();
         std::string_view content;
         bool is_blank = true;

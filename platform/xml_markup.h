@@ -51,7 +51,7 @@ bool take_comment(xml_cursor& cursor);
 bool take_instruction(xml_cursor& cursor);
 
 // Appends one stretch of a checked document's text: the character data and CDATA sections from a place after a tag to
-// the next tag, without the comments and processing instructions between them.
+// the next tag or the end, without the comments and processing instructions between them.
 void append_content(std::string_view rest, strings::ustring8& to);
 
 }  // namespace NUVEK_2_18::parser

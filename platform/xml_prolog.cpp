@@ -56,13 +56,13 @@ bool take_pseudo_attribute(xml_cursor& cursor, std::string_view name, bool (*is_
         cursor.go_to(begin);
         return true;
     }
-    if (!has_space) return cursor.fail(xml_fault::unexpected_character);
+    if (!has_space) return cursor.fail(xml_fault::missing_space);
     cursor.take(name);
     if (!cursor.take_equal()) return false;
     const char* const opening = cursor.at();
     std::string_view found;
     if (!cursor.take_quoted(found, xml_fault::missing_quote)) return false;
-    if (!is_valid(found)) return cursor.fail_at(opening, xml_fault::unexpected_character);
+    if (!is_valid(found)) return cursor.fail_at(opening, xml_fault::bad_declaration);
     value = found;
     return true;
 }
@@ -72,12 +72,12 @@ bool take_external_id(xml_cursor& cursor)
 {
     std::string_view literal;
     if (!cursor.take("SYSTEM")) {
-        if (!cursor.take("PUBLIC") || !cursor.take_space()) return false;
+        if (!cursor.take("PUBLIC", xml_fault::bad_doctype) || !cursor.take_space()) return false;
         const char* const opening = cursor.at();
-        if (!cursor.take_quoted(literal, xml_fault::unexpected_character)) return false;
-        if (!is_public_id(literal)) return cursor.fail_at(opening, xml_fault::unexpected_character);
+        if (!cursor.take_quoted(literal, xml_fault::bad_doctype)) return false;
+        if (!is_public_id(literal)) return cursor.fail_at(opening, xml_fault::bad_doctype);
     }
-    return cursor.take_space() && cursor.take_quoted(literal, xml_fault::unexpected_character);
+    return cursor.take_space() && cursor.take_quoted(literal, xml_fault::bad_doctype);
 }
 
 // elementdecl | AttlistDecl | EntityDecl | NotationDecl. It ends at the first '>' outside quotes.
@@ -86,14 +86,14 @@ bool take_markup_declaration(xml_cursor& cursor)
     constexpr std::string_view openings[] = {"<!ELEMENT", "<!ATTLIST", "<!ENTITY", "<!NOTATION"};
     const auto* const opening = std::find_if(std::begin(openings), std::end(openings),
                                              [&](std::string_view literal) { return cursor.sees(literal); });
-    if (opening == std::end(openings)) return cursor.fail(xml_fault::unexpected_character);
+    if (opening == std::end(openings)) return cursor.fail(xml_fault::bad_doctype);
     cursor.take(*opening);
     if (!cursor.take_space()) return false;
     for (;;) {
         cursor.go_to(find_first(cursor.at(), '<', '>', '"', '\''));
         if (*cursor == '>') return cursor.take(">");
         std::string_view literal;
-        if (!cursor.take_quoted(literal, xml_fault::unexpected_character)) return false;
+        if (!cursor.take_quoted(literal, xml_fault::bad_doctype)) return false;
     }
 }
 
@@ -107,7 +107,8 @@ bool take_subset_part(xml_cursor& cursor)
         case construct::instruction:
             return take_instruction(cursor);
         case construct::text:
-            return cursor.take("%") && cursor.take_name(name) && cursor.take(";");
+            return cursor.take("%", xml_fault::bad_doctype) && cursor.take_name(name) &&
+                   cursor.take(";", xml_fault::bad_doctype);
         default:
             return take_markup_declaration(cursor);
     }
@@ -120,7 +121,7 @@ bool take_internal_subset(xml_cursor& cursor)
     for (cursor.skip_space(); *cursor != ']'; cursor.skip_space()) {
         if (!take_subset_part(cursor)) return false;
     }
-    return cursor.take("]");
+    return cursor.take("]", xml_fault::bad_doctype);
 }
 
 }  // namespace
@@ -137,11 +138,11 @@ bool take_declaration(xml_cursor& cursor, std::string_view& encoding)
     std::string_view version;
     std::string_view standalone;
     if (!cursor.take("<?xml") || !take_pseudo_attribute(cursor, "version", is_version, version)) return false;
-    if (version.empty()) return cursor.fail(xml_fault::unexpected_character);
+    if (version.empty()) return cursor.fail(xml_fault::bad_declaration);
     if (!take_pseudo_attribute(cursor, "encoding", is_encoding_name, encoding)) return false;
     if (!take_pseudo_attribute(cursor, "standalone", is_yes_or_no, standalone)) return false;
     cursor.skip_space();
-    return cursor.take("?>");
+    return cursor.take("?>", xml_fault::bad_declaration);
 }
 
 // doctypedecl = '<!DOCTYPE' S Name (S ExternalID)? S? ('[' intSubset ']' S?)? '>'
@@ -154,7 +155,7 @@ bool take_doctype(xml_cursor& cursor)
     cursor.skip_space();
     if (*cursor == '[' && !take_internal_subset(cursor)) return false;
     cursor.skip_space();
-    return cursor.take(">");
+    return cursor.take(">", xml_fault::bad_doctype);
 }
 
 }  // namespace NUVEK_2_18::parser

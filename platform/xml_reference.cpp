@@ -38,9 +38,9 @@ bool take_character_reference(xml_cursor& cursor, const char* begin, char32_t& c
     const bool is_hexadecimal = cursor.at()[1] == 'x';
     cursor.go_to(cursor.at() + (is_hexadecimal ? 2 : 1));
     code_point = take_number(cursor, is_hexadecimal);
-    if (code_point == unicode::malformed) return cursor.fail(xml_fault::unexpected_character);
-    if (!cursor.take(";")) return false;
-    return is_char(code_point) || cursor.fail_at(begin, xml_fault::unexpected_character);
+    if (code_point == unicode::malformed) return cursor.fail(xml_fault::bad_character_reference);
+    if (!cursor.take(";", xml_fault::missing_semicolon)) return false;
+    return is_char(code_point) || cursor.fail_at(begin, xml_fault::bad_character_reference);
 }
 
 // EntityRef = '&' Name ';'      the cursor is at the Name
@@ -53,7 +53,8 @@ bool take_entity_reference(xml_cursor& cursor, const char* begin, char32_t& code
     };
     constexpr entity predefined[] = {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
     std::string_view name;
-    if (!cursor.take_name(name) || !cursor.take(";")) return false;
+    if (!cursor.take_name(name)) return cursor.fail(xml_fault::bare_ampersand);
+    if (!cursor.take(";", xml_fault::missing_semicolon)) return false;
     const auto* const found = std::find_if(std::begin(predefined), std::end(predefined),
                                            [&](const entity& each) { return each.name == name; });
     if (found == std::end(predefined)) return cursor.fail_at(begin, xml_fault::unknown_entity);

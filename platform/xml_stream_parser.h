@@ -48,6 +48,7 @@
 
 namespace NUVEK_2_18::parser {
 
+struct xml_document;
 class xml_element_queue;
 
 class DATA_MAPPER4_API xml_stream_parser
@@ -108,8 +109,15 @@ public:
     const error_type& parse();
 
     // The line, counted from 1, of the fault that stopped parse: that of the unexpected character or of the end of the
-    // input. 0 if there was no fault, and for incomplete and file_not_found.
+    // input. 0 if there was no fault, and for incomplete and file_not_found. Cost: linear in the document.
     unsigned long error_line() const;
+
+    // The column of the same place, in bytes of UTF-8, counted from 1; it stops at the largest value. 0 if the line is 0.
+    unsigned long error_column() const;
+
+    // Returns what is wrong there in a few words, such as "expected = after the attribute name"; empty if there was no
+    // fault, and for incomplete and file_not_found. The text lives as long as the program, and may change with the version.
+    const char* error_text() const;
 
     // Returns true if there are no nodes left.
     bool node_queue_empty() const;
@@ -123,7 +131,10 @@ public:
 
 private:
     struct state;
-    friend xml_element_queue& elements_of(xml_stream_parser& parser);  // for the library's tables
+
+    // For the library itself.
+    friend xml_element_queue& elements_of(xml_stream_parser& parser);
+    friend std::unique_ptr<xml_stream_parser> make_parser(std::shared_ptr<const xml_document> document);
     std::unique_ptr<state> m_state;
 };
 

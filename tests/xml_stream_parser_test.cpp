@@ -225,6 +225,48 @@ TEST(XmlStreamParser, DecodesWhatTheBytesAndTheHeaderSay)
     check(rows, outcome);
 }
 
+// The place is that of the fault itself; columns are bytes of UTF-8.
+TEST(XmlStreamParser, SaysWhatIsWrongAndWhere)
+{
+    const std::vector<group> rows = {
+        {"0:0 ", {"<a/>", "<a>", "<a>\n"}},
+        {"2:3 the end tag does not match the open element", {"<a>\n  </b>", "<a><b/></a>\n  </a>"}},
+        {"1:10 an attribute is given twice", {"<a b='1' b='2' c>"}},
+        {"1:9 expected a quote around the attribute value", {"<\xC3\xA9 b = c/>", "<a b='12"}},
+        {"1:4 unknown entity", {"<a>&b;</a>"}},
+        {"1:6 expected = after the attribute name", {"<a b />"}},
+        {"1:37 the encoding is not supported, or is not that of the file",
+         {"<?xml version='1.0' encoding='KOI8-R'?><a/>"}},
+        {"2:1 there is no element", {"<!---->\n"}},
+        {"1:6 bytes that are not UTF-8", {"<a>  \xFF</a>", "<a>\xC3\xA9\xE9</a>", "<a>  \x93</a>"}},
+        {"1:47 a byte that is not ASCII", {"<?xml version='1.0' encoding='US-ASCII'?><a b=\xC3\xA9"}},
+        {"1:2 bytes that are not UTF-16", {"\xFE\xFF\0<\xD8\0"s}},
+        {"1:4 a character that XML does not allow", {"<a>\1", "<a>\xEF\xBF\xBF"}},
+        {"1:5 the file ends inside markup", {"<a b", "<!--"}},
+        {"1:6 expected a name", {"<a></ a>"}},
+        {"1:5 < does not begin a tag here", {"<a><>", "<a><1"}},
+        {"1:9 expected > at the end of the tag", {"<a b='1'<", "<a> </a b>"}},
+        {"1:9 expected white space", {"<a b='1'c='2'/>"}},
+        {"1:7 < is not allowed in an attribute value", {"<a b='<'/>"}},
+        {"1:5 & does not begin a reference here", {"<a>& b</a>"}},
+        {"1:6 expected ; at the end of the reference", {"<a>&b c</a>"}},
+        {"1:4 the reference is not to a character of XML", {"<a>&#0;</a>"}},
+        {"1:5 ]]> is not allowed in text", {"<a>]]]></a>"}},
+        {"1:6 -- is not allowed in a comment", {"<!-- -- --><a/>"}},
+        {"1:3 a processing instruction must not be called xml", {"<?XML ?><a/>"}},
+        {"1:4 an XML declaration must be the first thing in the file", {" <?xml version='1.0'?><a/>"}},
+        {"1:5 text outside the root element", {"<a/>b"}},
+        {"1:5 a second root element", {"<a/><b/>"}},
+        {"1:5 a document type declaration that is faulty or out of place", {"<a/><!DOCTYPE a>"}},
+        {"1:21 a faulty XML declaration", {"<?xml version='1.0' a='1'?><a/>"}},
+    };
+    check(rows, [](const std::string& document) {
+        const auto parser = parsed(document);
+        return std::to_string(parser->error_line()) + ':' + std::to_string(parser->error_column()) + ' ' +
+               parser->error_text();
+    });
+}
+
 TEST(XmlStreamParser, OpensRegularFilesOnly)
 {
     const documents::folder folder;
