@@ -38,6 +38,8 @@
 
 namespace data_mapper4 {
 
+class load_listener;
+
 class DATA_MAPPER4_API map_collection
 {
 public:
@@ -170,6 +172,10 @@ protected:
 private:
     struct stores;
     class file_loader;
+
+    // For load reports.
+    friend void load_followed(map_collection& maps, const std::wstring& path, load_listener& listener);
+    friend class load_recorder;
 };
 
 }  // namespace data_mapper4

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <list>
+#include <memory>
 #include <set>
 #include <tuple>
 #include <utility>
 
+#include "data_mapper/load_listener.h"
 #include "data_mapper/map_kind.h"
 #include "data_mapper/map_stores.h"
+#include "platform/parser_elements.h"
+#include "platform/xml_element_queue.h"
 
 namespace data_mapper4 {
 
@@ -47,14 +51,16 @@ std::wstring wide(const ustring8& text)
 class map_collection::file_loader
 {
 public:
-    explicit file_loader(map_collection& maps) : m_maps(maps) {}
+    // The listener may be null.
+    file_loader(map_collection& maps, load_listener* listener) : m_maps(maps), m_listener(listener) {}
 
     void load(const std::wstring& path)
     {
-        open(std::wstring(), path);
-        while (!m_chain.empty()) {
-            xml_stream_parser& parser = m_chain.back().parser;
-            const bool goes_on = !parser.node_queue_empty() && take(parser.node_queue_pop(), parser);
+        open(std::wstring(), path, 0);
+        while (!m_chain.empty() && !m_is_ended) {
+            open_file& file = m_chain.back();
+            file.position = elements_of(*file.parser).position();
+            const bool goes_on = !file.parser->node_queue_empty() && take(file.parser->node_queue_pop(), file);
             // An include has added its file to the chain; this file continues when that one is done.
             if (!goes_on) close();
         }
@@ -68,9 +74,9 @@ private:
 
     struct open_file
     {
-        explicit open_file(const std::wstring& path) : parser(parser_path(path), xml_stream_parser::header_optional) {}
         std::set<entry>::iterator entered;
-        xml_stream_parser parser;
+        std::unique_ptr<xml_stream_parser> parser;
+        std::size_t position;  // of the element being taken
     };
 
     // Ends a file with this code, and returns false. The line stays that of the last table load or opening.
@@ -82,8 +88,8 @@ private:
 
     // Adds a file to the chain and takes its root; if that fails, the result says why. The path is the base directory
     // followed by the rest. A hostile file may set a huge base directory and then name many includes, so what is too
-    // long to be a path is neither joined nor converted.
-    void open(const std::wstring& base_dir, const std::wstring& rest)
+    // long to be a path is neither joined nor converted. `include` is the position of the element that includes the file.
+    void open(const std::wstring& base_dir, const std::wstring& rest, std::size_t include)
     {
         const bool is_cut = base_dir.size() + rest.size() > longest_path;
         std::wstring file(base_dir, 0, longest_path);  // not in place: the rest may be the last file's path
@@ -91,19 +97,33 @@ private:
         m_maps.m_file = std::move(file);
         if (m_maps.m_base_dir.empty()) m_maps.m_base_dir = rest.substr(0, rest.rfind(L'\\') + 1);
         m_maps.m_error = map_error_t();
+        if (m_listener != nullptr) m_listener->on_open(m_maps.m_file, include);
         if (is_cut && m_maps.m_file.find(L'\0') == std::wstring::npos) {
-            end(map_error_t::file_not_found);
+            refuse(map_error_t::file_not_found);
             return;
         }
         const auto entered = m_entered.insert(entry_of(m_maps.m_file));
         if (!entered.second) {
             // The same file with nothing loaded since it was entered: it would include itself forever.
-            end(map_error_t::invalid_format);
+            refuse(map_error_t::invalid_format);
             return;
         }
-        m_chain.emplace_back(m_maps.m_file);
-        m_chain.back().entered = entered.first;
-        if (!parse(m_chain.back().parser)) close();
+        m_chain.push_back({entered.first, make_parser(m_maps.m_file), 0});
+        m_is_ended = m_chain.back().parser == nullptr;
+        if (!m_is_ended && !parse(*m_chain.back().parser)) close();
+    }
+
+    std::unique_ptr<xml_stream_parser> make_parser(const std::wstring& path)
+    {
+        if (m_listener != nullptr) return m_listener->make_parser(path);
+        return std::make_unique<xml_stream_parser>(parser_path(path), xml_stream_parser::header_optional);
+    }
+
+    // Ends a file that was not read.
+    void refuse(map_error_t::result_type type)
+    {
+        end(type);
+        if (m_listener != nullptr) m_listener->on_close(m_maps.m_error, 0);
     }
 
     entry entry_of(const std::wstring& path) const
@@ -115,6 +135,8 @@ private:
 
     void close()
     {
+        const std::size_t end = elements_of(*m_chain.back().parser).position();
+        if (m_listener != nullptr) m_listener->on_close(m_maps.m_error, end);
         m_entered.erase(m_chain.back().entered);
         m_chain.pop_back();
     }
@@ -131,13 +153,13 @@ private:
     }
 
     // Takes one node of a file. Returns false if the file ends with it.
-    bool take(const node& element, xml_stream_parser& parser)
+    bool take(const node& element, open_file& file)
     {
-        if (element.tag == "maps") return take_root_end(element, parser);
+        if (element.tag == "maps") return take_root_end(element, *file.parser);
         if (element.attributes.empty()) return take_map_end(element);
         if (element.attributes.size() > 1) return end(map_error_t::invalid_format);
-        if (element.tag == "include") return take_include(element);
-        return take_map(element, parser);
+        if (element.tag == "include") return take_include(element, file);
+        return take_map(element, file);
     }
 
     bool take_root_end(const node& element, xml_stream_parser& parser)
@@ -153,17 +175,17 @@ private:
     }
 
     // The result of the included file is ignored: it may be missing or faulty, and this file goes on.
-    bool take_include(const node& element)
+    bool take_include(const node& element, const open_file& file)
     {
         const auto& attribute = element.attributes.front();
         if (attribute.first != "file") return end(map_error_t::invalid_format);
-        open(m_maps.m_base_dir, wide(attribute.second));
+        open(m_maps.m_base_dir, wide(attribute.second), file.position);
         return true;
     }
 
     // The order of the checks decides the result: a duplicate name takes precedence over an unknown element, and is
     // reported even if the element has no content.
-    bool take_map(const node& element, xml_stream_parser& parser)
+    bool take_map(const node& element, open_file& file)
     {
         const auto& attribute = element.attributes.front();
         const ustring8& map_name = attribute.second;
@@ -173,16 +195,15 @@ private:
         if (kind == nullptr) return end(map_error_t::invalid_format);
         if (element.status != xml_stream_parser::incomplete) return true;
         return stores::visit(m_maps, kind->type,
-                             [&](auto& store) { return load_table(store, kind->type, map_name, parser); });
+                             [&](auto& store) { return load_table(store, kind->type, map_name, file); });
     }
 
     // Loads a table and, if that succeeds, registers and stores it under the name, which must be new.
     template <class table>
-    bool load_table(std::map<ustring8, table>& store, map_type type, const ustring8& map_name,
-                    xml_stream_parser& parser)
+    bool load_table(std::map<ustring8, table>& store, map_type type, const ustring8& map_name, open_file& file)
     {
         table loaded;
-        m_maps.m_error = loaded.load(map_name, parser);
+        m_maps.m_error = loaded.load(map_name, *file.parser);
         if (m_maps.m_error.type() != map_error_t::no_error) return false;
         // The store's entry is made before the registry's and moved in after it: if memory runs out in between, the
         // registry still names only what is stored.
@@ -190,10 +211,14 @@ private:
         stored.emplace(map_name, loaded);
         const bool is_registered = m_maps.m_maps.emplace(map_name, type).second;
         if (is_registered) store.merge(stored);
-        return (is_registered && stored.empty()) || end(map_error_t::memory_error);
+        if (!is_registered || !stored.empty()) return end(map_error_t::memory_error);
+        if (m_listener != nullptr) m_listener->on_map(file.position, map_name, type);
+        return true;
     }
 
     map_collection& m_maps;
+    load_listener* m_listener;
+    bool m_is_ended = false;       // by the listener
     std::list<open_file> m_chain;  // the files being read, each included by the one before it
     std::set<entry> m_entered;     // one for each of them
 };
@@ -206,7 +231,12 @@ map_error_t map_collection::load(const std::wstring& path)
 
 void map_collection::init(const std::wstring& path)
 {
-    file_loader(*this).load(path);
+    file_loader(*this, nullptr).load(path);
+}
+
+void load_followed(map_collection& maps, const std::wstring& path, load_listener& listener)
+{
+    map_collection::file_loader(maps, &listener).load(path);
 }
 
 }  // namespace data_mapper4

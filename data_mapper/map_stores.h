@@ -1,6 +1,7 @@
 // Internal: the stores of a collection, one for each kind of map.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "data_mapper/map_collection.h"
@@ -44,6 +45,12 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
             const auto found = store.find(map_name);
             return found == store.end() ? decltype(use(found->second))() : use(found->second);
         });
+    }
+
+    // Returns the number of items of the map; 0 if it is not loaded.
+    static std::size_t item_count(map_collection& maps, const ustring8& map_name)
+    {
+        return visit_table(maps, map_name, [](const auto& map) { return map.m_items.read().size(); });
     }
 
     // Returns the attribute names of a table, or nullptr for a kind without attributes.
