@@ -23,11 +23,11 @@ public:
     load_listener& operator=(const load_listener&) = delete;
 
     // The load turns to a file: the master file, or one that the file opened last includes with the element at this
-    // position. Every file is also closed, the one opened last first.
-    virtual void on_open(const std::wstring& path, std::size_t include) = 0;
+    // position. Every file is also closed, the one opened last first. Returns false to end the load here, with files left
+    // unclosed.
+    virtual bool on_open(const std::wstring& path, std::size_t include) = 0;
 
-    // Returns a parser for that file, which has not parsed yet; null to end the load here, with files left unclosed.
-    // Not asked for a file that the load refuses to read.
+    // Returns a parser for that file, which has not parsed yet. Not asked for a file that the load refuses to read.
     virtual std::unique_ptr<NUVEK_2_18::parser::xml_stream_parser> make_parser(const std::wstring& path) = 0;
 
     // The map element at this position of the file opened last has been loaded.

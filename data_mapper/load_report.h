@@ -43,8 +43,8 @@ struct check_options
     // The most findings that are kept, errors before warnings. All are counted.
     std::size_t max_findings = 1000;
 
-    // The most files, each counted as often as it is included, and the most bytes of all files together. Reaching a
-    // limit is an error; nothing further is read, and is_complete() is false.
+    // The most files, each counted as often as it is included, whether or not it exists, and the most bytes of all files
+    // together. Exceeding a limit is an error; nothing further is read, and is_complete() is false.
     std::size_t max_files = 10000;
     std::uint64_t max_bytes = std::uint64_t{1} << 32;
 

@@ -97,7 +97,8 @@ private:
         m_maps.m_file = std::move(file);
         if (m_maps.m_base_dir.empty()) m_maps.m_base_dir = rest.substr(0, rest.rfind(L'\\') + 1);
         m_maps.m_error = map_error_t();
-        if (m_listener != nullptr) m_listener->on_open(m_maps.m_file, include);
+        m_is_ended = m_listener != nullptr && !m_listener->on_open(m_maps.m_file, include);
+        if (m_is_ended) return;
         if (is_cut && m_maps.m_file.find(L'\0') == std::wstring::npos) {
             refuse(map_error_t::file_not_found);
             return;
@@ -109,8 +110,7 @@ private:
             return;
         }
         m_chain.push_back({entered.first, make_parser(m_maps.m_file), 0});
-        m_is_ended = m_chain.back().parser == nullptr;
-        if (!m_is_ended && !parse(*m_chain.back().parser)) close();
+        if (!parse(*m_chain.back().parser)) close();
     }
 
     std::unique_ptr<xml_stream_parser> make_parser(const std::wstring& path)

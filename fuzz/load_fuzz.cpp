@@ -1,5 +1,6 @@
 // Whole loads: the input determines the content of four files of maps, which may include each other. A collection that
 // loads them, loads them again, is copied and assigned must return the same as the model in load_model.h.
+#include "check_agreement.h"
 #include "load_model.h"
 #include "map_author.h"
 #include "memory_file.h"
@@ -115,6 +116,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const load_model::collection::files files = write_files({reinterpret_cast<const char*>(data) + 1, size - 1});
     const string folder = map_author::folders[2];
     const string first = (data[0] % 8 == 0 ? "/proc/self/fd/" : folder) + map_author::file_names[0];
+    check_agreement::check("/proc/self/fd/" + map_author::file_names[0], files);
     const string second = folder + map_author::file_names[data[0] / 8 % 4];
 
     map_collection maps;

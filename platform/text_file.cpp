@@ -145,18 +145,17 @@ bool text_file::is_open() const
 // A hostile file may include many paths that are too long; those never reach the system.
 text_file::text_file(const strings::ustring16& path)
 {
-    strings::ustring8 name;
     if (path.size() > handle::longest_path || path.find(u'\0') != strings::ustring16::npos) return;
-    if (!unicode::append_utf16(path, name)) return;
-    bool is_regular = handle::is_regular(name);
+    if (!unicode::append_utf16(path, m_path)) return;
+    bool is_regular = handle::is_regular(m_path);
     if (!is_regular && handle::separator != '\\') {
-        std::replace(name.begin(), name.end(), '\\', handle::separator);
-        is_regular = handle::is_regular(name);
+        std::replace(m_path.begin(), m_path.end(), '\\', handle::separator);
+        is_regular = handle::is_regular(m_path);
     }
-    if (is_regular) m_file = std::make_unique<handle>(name);
+    if (is_regular) m_file = std::make_unique<handle>(m_path);
 }
 
-document_text text_file::read()
+document_text text_file::read(std::uint64_t most_bytes)
 {
     // The first buffer is as large as the file claims to be, up to this size; beyond it the buffer grows as data
     // arrives.
@@ -172,9 +171,10 @@ document_text text_file::read()
         const std::size_t room = std::min(bytes.capacity() - bytes.size(), most_in_a_call);
         got = m_file->read(bytes.data() + bytes.size(), room);
         if (got > 0) bytes.resize(bytes.size() + static_cast<std::size_t>(got));
-    } while (got > 0);
+    } while (got > 0 && bytes.size() <= most_bytes);
     m_file.reset();
     if (got < 0) return {{}, xml_fault::read_failed};
+    if (bytes.size() > most_bytes) return {{}, xml_fault::too_large};
     return decode_document(std::move(bytes));
 }
 

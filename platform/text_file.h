@@ -1,6 +1,7 @@
 // Internal: reads the text of the document that a path names.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "platform/text_encoding.h"
@@ -20,12 +21,17 @@ public:
 
     bool is_open() const;
 
-    // Reads an open file to its end and closes it. If reading fails, the text is empty and its fault is read_failed.
-    document_text read();
+    // The path that was opened, in UTF-8; if the file is not open, the last one that was tried. Empty if none was.
+    const strings::ustring8& path() const { return m_path; }
+
+    // Reads an open file to its end and closes it. If that fails, the text is empty, and its fault is read_failed, or
+    // too_large for a file of more bytes than the limit.
+    document_text read(std::uint64_t most_bytes = UINT64_MAX);
 
 private:
     class handle;
     std::unique_ptr<handle> m_file;
+    strings::ustring8 m_path;
 };
 
 }  // namespace NUVEK_2_18::parser

@@ -1,0 +1,273 @@
+// Checks a set of files: follows the includes from the master file on, those that load followed and, after a fault, the
+// others as well. Each file is checked once, where it is included first.
+#include <algorithm>
+#include <deque>
+#include <utility>
+
+#include "data_mapper/report/content_checker.h"
+#include "data_mapper/report/include_advice.h"
+#include "data_mapper/report/wording.h"
+
+namespace data_mapper4 {
+
+namespace {
+
+namespace fs = std::filesystem;
+using state = file_set::state;
+
+// A cycle of more files is named in part.
+constexpr std::size_t most_names = 10;
+
+std::string_view tag_at(const xml_document& document, std::size_t position)
+{
+    xml_element element;
+    document.index.read(position, element);
+    return tag_part(element);
+}
+
+class set_checker
+{
+public:
+    set_checker(const fs::path& master, const check_options& options)
+        : m_master(master),
+          m_path(load_path(master)),
+          m_files(master, options),
+          m_load(m_files),
+          m_names(m_load, m_files),
+          m_writer(m_files, options),
+          m_advice(master, options.suggest_files)
+    {
+    }
+
+    // Loads into `maps`, which must be new.
+    load_report check(map_collection& maps)
+    {
+        m_load.load(maps, m_path);
+        begin();
+        while (!m_chain.empty() && !m_files.is_limit_reached()) {
+            if (m_chain.back().checker.next()) {
+                follow(m_chain.back().checker);
+            } else {
+                leave();
+            }
+        }
+        if (m_files.is_limit_reached()) {
+            m_writer.add_unplaced(shown_master(), rule::limit_reached,
+                                  {"the check ends here: the files are too many, or too large together"});
+            m_writer.state().is_complete = false;
+        }
+        list_files();
+        list_maps(maps);
+        return m_writer.finish();
+    }
+
+private:
+    // A file whose check waits for the one that it includes.
+    struct open_file
+    {
+        std::size_t file;
+        std::size_t reading;  // the first one; no_number if load did not read it
+        std::size_t content;
+        content_checker checker;
+    };
+
+    struct known_file
+    {
+        std::size_t content;
+        bool is_open = true;
+        bool declares_maps = false;  // itself or what it includes
+    };
+
+    ustring8 shown_master() const { return fs::path(m_master).make_preferred().u8string(); }
+
+    void begin()
+    {
+        if (m_load.readings().empty()) return;
+        const reading& master = m_load.readings().front();
+        m_writer.state().result = master.result;
+        if (master.opened.found == state::read) {
+            enter(master.opened.file, no_number, {});
+        } else if (m_path.empty()) {
+            m_writer.add_unplaced(
+                shown_master(), rule::missing_file,
+                {"this path cannot be loaded: it is empty, not valid Unicode, or has a backslash in a name"});
+        } else {
+            m_writer.add_unplaced(shown_master(), rule::missing_file,
+                                  m_advice.explain_missing(shown_master(), shown_master(), shown_master()));
+        }
+    }
+
+    void enter(std::size_t file, std::size_t parent, const text_part& include)
+    {
+        const std::size_t first = m_load.first_of(file);
+        const xml_document& document = *m_files.document(file);
+        checked_content added = {file, parent, include, map_error_t::no_error, 0};
+        if (first != no_number) {
+            const reading& load = m_load.readings()[first];
+            const bool is_whole = load.end == document.index.size();
+            added.code = load.result.type();
+            added.end = is_whole ? document.text.size() : offset_of(document, load.end);
+        }
+        const std::size_t content = m_writer.add(added);
+        m_known.emplace(file, known_file{content});
+        const file_findings findings(m_writer, content, document.text.view());
+        m_chain.push_back({file, first, content, content_checker(findings, document, first, m_names)});
+    }
+
+    void leave()
+    {
+        known_file& done = m_known.at(m_chain.back().file);
+        done.is_open = false;
+        done.declares_maps = done.declares_maps || m_chain.back().checker.declares_maps();
+        m_chain.pop_back();
+        if (!m_chain.empty()) m_known.at(m_chain.back().file).declares_maps |= done.declares_maps;
+    }
+
+    void follow(content_checker& from)
+    {
+        const std::size_t from_reading = m_chain.back().reading;
+        const std::size_t number =
+            from_reading == no_number ? no_number : m_load.included_at(from_reading, from.include_position());
+        const reading* const load = number == no_number ? nullptr : &m_load.readings()[number];
+        if (load == nullptr && !m_files.count()) return;
+        const file_set::opened opened = load != nullptr ? load->opened : m_files.open(path_of(from.include_path()));
+        if (opened.found == state::outside) return add_outside(from);
+        if (opened.found == state::missing) return add_missing(from, opened.path);
+        if (opened.found != state::read) return;
+        const auto known = m_known.find(opened.file);
+        if (known != m_known.end() && known->second.is_open) return add_cycle(from, opened.file, load);
+        if (known != m_known.end()) return add_twice(from, known->second, load);
+        // If load reads the file at a later include, it is checked there.
+        if (load == nullptr && m_load.first_of(opened.file) != no_number) return;
+        add_unportable(from, opened.path);
+        enter(opened.file, m_chain.back().content, from.findings().part_of(from.include_part()));
+    }
+
+    // As load makes it of an include.
+    std::wstring path_of(const ustring8& include) const
+    {
+        const auto units = NUVEK_2_18::strings::utf8_to_utf16(include);
+        return m_path.substr(0, m_path.rfind(L'\\') + 1) + std::wstring(units.begin(), units.end());
+    }
+
+    void add_missing(content_checker& from, const ustring8& opened)
+    {
+        from.findings().add(rule::missing_file, from.include_part(), [&] {
+            return m_advice.explain_missing(from.include_path(), opened, m_files.path(m_chain.back().file));
+        });
+    }
+
+    void add_outside(content_checker& from)
+    {
+        from.findings().add(rule::outside_folder, from.include_part(), [&] {
+            return finding_text{in_quotes(from.include_path()) + " is outside the folder that includes must stay in"};
+        });
+    }
+
+    void add_unportable(content_checker& from, const ustring8& opened)
+    {
+        const ustring8 message = m_advice.find_unportable(from.include_path(), opened);
+        if (message.empty()) return;
+        from.findings().add(rule::unportable_path, from.include_part(), [&] { return finding_text{message}; });
+    }
+
+    void add_cycle(content_checker& from, std::size_t file, const reading* load)
+    {
+        from.findings().add(rule::include_cycle, from.include_part(), [&] {
+            finding_text text;
+            auto each = m_chain.begin();
+            while (each->file != file) ++each;
+            for (std::size_t named = 0; each != m_chain.end() && named < most_names; ++each, ++named) {
+                text.message += in_quotes(m_files.path(each->file)) + " includes ";
+            }
+            text.message += (each == m_chain.end() ? "" : "... includes ") + in_quotes(m_files.path(file));
+            text.hint = "a file must not include itself, not even through others";
+            if (load != nullptr) text.code = load->result.type();
+            return text;
+        });
+    }
+
+    // Load has judged whether that matters: it does if a map is loaded twice.
+    void add_twice(content_checker& from, const known_file& known, const reading* load)
+    {
+        if (load == nullptr ? !known.declares_maps : !load->has_duplicate) return;
+        from.findings().add(rule::included_twice, from.include_part(), [&] {
+            const file_place first = m_writer.place_of(m_writer.content(known.content).include);
+            finding_text text = {in_quotes(from.include_path()) + " is included twice; its maps are loaded already",
+                                 "remove one of the two includes",
+                                 {{"first included here", first}}};
+            if (load != nullptr) text.code = load->result.type();
+            return text;
+        });
+    }
+
+    static std::size_t offset_of(const xml_document& document, std::size_t position)
+    {
+        return static_cast<std::size_t>(document.index.begin_at(position) - document.text.view().data());
+    }
+
+    file_place place_of_element(std::size_t file, std::size_t position)
+    {
+        const xml_document& document = *m_files.document(file);
+        const std::size_t begin = offset_of(document, position);
+        return m_writer.place_of({file, begin, begin + tag_at(document, position).size()});
+    }
+
+    void list_files()
+    {
+        std::vector<checked_file>& files = m_writer.state().files;
+        for (const reading& each : m_load.readings()) {
+            if (!each.is_read || each.opened.file == no_number) continue;
+            checked_file listed = {m_files.path(each.opened.file), true, each.result, {}};
+            if (each.parent != no_number) {
+                listed.included_at = place_of_element(m_load.readings()[each.parent].opened.file, each.include);
+            }
+            files.push_back(std::move(listed));
+        }
+        for (const auto& [file, known] : m_known) {
+            if (m_load.first_of(file) != no_number) continue;
+            const text_part& include = m_writer.content(known.content).include;
+            files.push_back({m_files.path(file), false, {}, m_writer.place_of(include)});
+        }
+    }
+
+    void list_maps(map_collection& loaded)
+    {
+        std::vector<checked_map>& maps = m_writer.state().maps;
+        for (const auto* const each : m_load.maps()) {
+            const auto& [name, map] = *each;
+            const std::size_t file = m_load.readings()[map.reading].opened.file;
+            maps.push_back(
+                {name, map.type, load_recorder::item_count(loaded, name), place_of_element(file, map.position)});
+        }
+        std::sort(maps.begin(), maps.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    }
+
+    fs::path m_master;
+    std::wstring m_path;
+    file_set m_files;
+    load_recorder m_load;
+    map_names m_names;
+    report_writer m_writer;
+    include_advice m_advice;
+    std::deque<open_file> m_chain;  // each file is included by the one before it
+    std::map<std::size_t, known_file> m_known;
+};
+
+}  // namespace
+
+load_report check_maps(const fs::path& master, const check_options& options)
+{
+    map_collection loaded;
+    return set_checker(master, options).check(loaded);
+}
+
+load_report load_maps(map_collection& maps, const fs::path& master, const check_options& options)
+{
+    map_collection loaded;
+    load_report report = set_checker(master, options).check(loaded);
+    if (report.errors() == 0) load_recorder::swap(maps, loaded);
+    return report;
+}
+
+}  // namespace data_mapper4

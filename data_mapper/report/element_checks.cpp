@@ -1,0 +1,132 @@
+#include "data_mapper/report/element_checks.h"
+
+#include <algorithm>
+
+#include "data_mapper/report/nearest_name.h"
+#include "data_mapper/report/wording.h"
+#include "platform/xml_markup.h"
+
+namespace data_mapper4 {
+
+namespace {
+
+using NUVEK_2_18::parser::construct;
+using NUVEK_2_18::parser::xml_attribute;
+using NUVEK_2_18::parser::xml_cursor;
+
+// The value with its quotes, so that an empty one can be seen.
+std::string_view quoted_part(std::string_view value)
+{
+    return {value.data() - 1, value.size() + 2};
+}
+
+void add_missing(file_findings& findings, const xml_element& element, std::string_view wanted)
+{
+    findings.add(rule::missing_name, tag_part(element), [&] {
+        const ustring8 name(wanted);
+        return finding_text{as_tag(element.tag) + " needs the attribute \"" + name + '"',
+                            "write <" + escaped(element.tag) + ' ' + name + "=\"...\">"};
+    });
+}
+
+void add_unexpected(file_findings& findings, const xml_element& element, const xml_attribute& attribute,
+                    std::string_view wanted)
+{
+    findings.add(rule::unexpected_attribute, attribute.name, [&] {
+        const bool has_wanted = std::any_of(element.attributes.begin(), element.attributes.end(),
+                                            [&](const xml_attribute& each) { return each.name == wanted; });
+        const std::vector<ustring8> candidates(has_wanted ? 0 : 1, ustring8(wanted));
+        const ustring8 near(nearest_name(attribute.name, candidates));
+        return finding_text{in_quotes(attribute.name) + " is not an attribute of " + as_tag(element.tag) +
+                            (near.empty() ? ", which has only " + in_quotes(wanted) : did_you_mean(in_quotes(near)))};
+    });
+}
+
+// The end of the line in which the view begins.
+std::string_view first_line(std::string_view text)
+{
+    return text.substr(0, text.find('\n'));
+}
+
+std::string_view without_space(std::string_view text)
+{
+    while (!text.empty() && NUVEK_2_18::parser::is_space(text.front())) text.remove_prefix(1);
+    text = first_line(text);
+    while (!text.empty() && NUVEK_2_18::parser::is_space(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+}  // namespace
+
+bool check_attributes(file_findings& findings, const xml_element& element, std::string_view wanted, attribute_form form)
+{
+    const auto& attributes = element.attributes;
+    const auto found = std::find_if(attributes.begin(), attributes.end(),
+                                    [&](const xml_attribute& each) { return each.name == wanted; });
+    const auto other = found == attributes.begin() && found != attributes.end() ? found + 1 : attributes.begin();
+    if (attributes.empty() || (found == attributes.end() && form == attribute_form::first)) {
+        add_missing(findings, element, wanted);
+        return false;
+    }
+    if (form == attribute_form::first && found != attributes.begin()) {
+        findings.add(rule::name_not_first, found->name, [&] {
+            return finding_text{in_quotes(wanted) + " must be the first attribute of " + as_tag(element.tag)};
+        });
+        return false;
+    }
+    if (form == attribute_form::only && other != attributes.end()) {
+        add_unexpected(findings, element, *other, wanted);
+        return false;
+    }
+    return true;
+}
+
+bool check_not_empty(file_findings& findings, const xml_element& element, rule broken)
+{
+    const xml_attribute& attribute = element.attributes.front();
+    if (!attribute.value.empty()) return true;
+    findings.add(broken, quoted_part(attribute.value.raw), [&] {
+        return finding_text{in_quotes(attribute.name) + " of " + as_tag(element.tag) + " must not be empty"};
+    });
+    return false;
+}
+
+std::string_view first_text(const xml_document& document, std::size_t position)
+{
+    const char* const begin = document.index.begin_at(position);
+    const char* const end = document.text.view().data() + document.sound_size;
+    xml_cursor cursor(NUVEK_2_18::parser::view(begin, end));
+    while (!cursor.is_at_end()) {
+        const char* const at = cursor.at();
+        std::string_view content;
+        bool is_blank = true;
+        switch (next_construct(cursor)) {
+            case construct::text:
+                take_text(cursor, is_blank);
+                if (!is_blank) return without_space(NUVEK_2_18::parser::view(at, cursor.at()));
+                break;
+            case construct::cdata:
+                take_cdata(cursor, content);
+                if (!NUVEK_2_18::parser::is_space(content))
+                    return first_line(NUVEK_2_18::parser::view(at, cursor.at()));
+                break;
+            case construct::comment:
+                take_comment(cursor);
+                break;
+            case construct::instruction:
+                take_instruction(cursor);
+                break;
+            default:
+                return {};
+        }
+    }
+    return {};
+}
+
+std::string_view tag_part(const xml_element& element)
+{
+    const auto size = static_cast<std::size_t>(element.tag.data() - element.begin) + element.tag.size();
+    return {element.begin, size};
+}
+
+}  // namespace data_mapper4

@@ -1,0 +1,87 @@
+#include "data_mapper/report/include_advice.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "data_mapper/report/nearest_name.h"
+#include "data_mapper/report/wording.h"
+
+namespace data_mapper4 {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A larger folder is not looked at as a whole.
+constexpr std::size_t most_names = 1000;
+
+bool is_same_but_for_case(const ustring8& a, const ustring8& b)
+{
+    const auto lower = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter | 0x20 : letter; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+// The written path with another last name.
+ustring8 with_name(const ustring8& written, const ustring8& name)
+{
+    return written.substr(0, written.find_last_of("/\\") + 1) + name;
+}
+
+}  // namespace
+
+finding_text include_advice::explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including)
+{
+    std::error_code error;
+    const fs::path path = fs::u8path(opened);
+    const fs::file_status status = opened.empty() ? fs::file_status() : fs::status(path, error);
+    if (fs::is_regular_file(status)) return {in_quotes(written) + " cannot be opened"};
+    if (fs::exists(status)) return {in_quotes(written) + " is not a file"};
+    finding_text text = {in_quotes(written) + " does not exist"};
+    if (!m_may_look || opened.empty()) return text;
+
+    const ustring8 name = path.filename().u8string();
+    const ustring8 near(nearest_name(name, names_in(path.parent_path()), most_names));
+    if (!near.empty()) text.message += did_you_mean(in_quotes(with_name(written, near)));
+    if (is_same_but_for_case(near, name)) text.hint = "the letter case of file names counts";
+
+    const fs::path beside = fs::u8path(including).parent_path();
+    if (near.empty() && beside != m_base && fs::is_regular_file(beside / fs::u8path(written), error)) {
+        const fs::path better = (beside / fs::u8path(written)).lexically_relative(m_base);
+        text.hint =
+            "includes are relative to the folder of the master file: write " + in_quotes(better.generic_u8string());
+    }
+    return text;
+}
+
+ustring8 include_advice::find_unportable(const ustring8& written, const ustring8& opened)
+{
+    if (fs::path::preferred_separator != '\\' && opened.find('\\') != ustring8::npos) {
+        return in_quotes(written) + " has a backslash in a name, which other systems take for a separator";
+    }
+    if (!m_may_look) return {};
+    const fs::path path = fs::u8path(opened);
+    const ustring8 name = path.filename().u8string();
+    const std::vector<ustring8>& names = names_in(path.parent_path());
+    const auto is_variant = [&](const ustring8& each) { return is_same_but_for_case(each, name); };
+    const auto variant = std::find_if(names.begin(), names.end(), is_variant);
+    if (variant == names.end() || std::binary_search(names.begin(), names.end(), name)) return {};
+    return "the file is called " + in_quotes(*variant) + "; other systems tell upper and lower case apart";
+}
+
+const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
+{
+    if (m_is_folder_known && m_folder == folder) return m_names;
+    m_folder = folder;
+    m_is_folder_known = true;
+    m_names.clear();
+    std::error_code error;
+    const fs::path looked_into = folder.empty() ? fs::path(".") : folder;
+    for (fs::directory_iterator entry(looked_into, error), end; !error && entry != end; entry.increment(error)) {
+        if (m_names.size() == most_names) break;
+        m_names.push_back(entry->path().filename().u8string());
+    }
+    std::sort(m_names.begin(), m_names.end());
+    return m_names;
+}
+
+}  // namespace data_mapper4

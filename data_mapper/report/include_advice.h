@@ -1,0 +1,37 @@
+// Internal: what to say about the path of an include.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "data_mapper/report/report_writer.h"
+
+namespace data_mapper4 {
+
+class include_advice
+{
+public:
+    // If may_look is false, folders are not looked into.
+    include_advice(const std::filesystem::path& master, bool may_look)
+        : m_base(master.parent_path()), m_may_look(may_look)
+    {
+    }
+
+    // Explains why a file cannot be read. `written` is the path in the include, `opened` that of the file which load
+    // tried to open; `including` is the file with the include.
+    finding_text explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including);
+
+    // Says why the file is not found on every system; empty if it is.
+    ustring8 find_unportable(const ustring8& written, const ustring8& opened);
+
+private:
+    const std::vector<ustring8>& names_in(const std::filesystem::path& folder);
+
+    std::filesystem::path m_base;
+    bool m_may_look;
+    std::filesystem::path m_folder;  // the one that was looked into last
+    bool m_is_folder_known = false;
+    std::vector<ustring8> m_names;  // of the files and folders in it, sorted
+};
+
+}  // namespace data_mapper4

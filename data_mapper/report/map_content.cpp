@@ -1,0 +1,137 @@
+#include "data_mapper/report/map_content.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "data_mapper/report/nearest_name.h"
+#include "data_mapper/report/wording.h"
+
+namespace data_mapper4 {
+
+namespace {
+
+void check_no_text(file_findings& findings, const xml_element& element, std::string_view text)
+{
+    if (text.empty()) return;
+    findings.add(rule::text_in_element, text, [&] {
+        const bool is_item = element.tag == "item";
+        return finding_text{as_tag(element.tag) + " contains no text",
+                            is_item ? "the text of an item is written after it: <arg name=\"...\"/>"
+                                    : "the text of an arg is its name: <arg name=\"...\"/>"};
+    });
+}
+
+}  // namespace
+
+// item = <item name="KEY"/>, in a collection map with further attributes
+void map_content::check_item(file_findings& findings, const xml_element& item, std::string_view text,
+                             std::size_t position)
+{
+    const bool is_row = m_kind.item == item_form::name_and_attributes;
+    const auto form = is_row ? attribute_form::first : attribute_form::only;
+    skip_unknown();
+    check_no_text(findings, item, text);
+    if (!check_attributes(findings, item, "name", form)) return;
+    m_item = item.attributes.front().value.raw;
+    if (!check_not_empty(findings, item, rule::empty_name)) return;
+    m_items.add(item.attributes.front().value, position, 0);
+    if (is_row && text.empty()) check_row(findings, item);
+}
+
+void map_content::skip_unknown()
+{
+    m_has_item = true;
+    m_args = 0;
+    m_is_misplaced_arg_known = false;
+    m_item = {};
+}
+
+// arg = <arg name="TEXT"/>, in a vector collection map with further attributes
+void map_content::check_arg(file_findings& findings, const xml_element& arg, std::string_view text)
+{
+    const bool is_row = m_kind.args == arg_form::rows;
+    if (!is_arg_in_place(findings, arg)) return;
+    ++m_args;
+    check_no_text(findings, arg, text);
+    if (!check_attributes(findings, arg, "name", is_row ? attribute_form::first : attribute_form::only)) return;
+    const rule if_empty = is_row ? rule::empty_name : rule::empty_text;
+    if (m_kind.args != arg_form::text && !check_not_empty(findings, arg, if_empty)) return;
+    if (is_row && text.empty()) check_row(findings, arg);
+}
+
+bool map_content::is_arg_in_place(file_findings& findings, const xml_element& arg)
+{
+    if (m_kind.args == arg_form::none) {
+        return add_misplaced(findings, arg, rule::arg_in_collection_map,
+                             {"a <collection_map> has no args; its items have attributes",
+                              "write the values as further attributes of the <item>"});
+    }
+    if (!m_has_item) {
+        return add_misplaced(findings, arg, rule::arg_without_item,
+                             {"an <arg> follows its <item>; there is none here"});
+    }
+    if (m_kind.args == arg_form::text && m_args != 0) {
+        return add_misplaced(findings, arg, rule::second_arg,
+                             {"item " + in_quotes(m_item) + " has an <arg> already; in a <map> each item has only one",
+                              "load stops here; a <vector_map> has any number of args for an item"});
+    }
+    return true;
+}
+
+// Only the first such arg of an item: the others are the same mistake. Returns false.
+bool map_content::add_misplaced(file_findings& findings, const xml_element& arg, rule broken, const finding_text& text)
+{
+    if (!m_is_misplaced_arg_known) findings.add(broken, tag_part(arg), [&] { return text; });
+    m_is_misplaced_arg_known = true;
+    return false;
+}
+
+// The first row names the attributes.
+void map_content::check_row(file_findings& findings, const xml_element& row)
+{
+    if (m_schema.empty()) {
+        for (const auto& attribute : row.attributes) m_schema.emplace_back(attribute.name);
+        for (const auto& attribute : row.attributes) m_known_names.push_back(attribute.name);
+        std::sort(m_known_names.begin(), m_known_names.end());
+        return;
+    }
+    for (auto attribute = std::next(row.attributes.begin()); attribute != row.attributes.end(); ++attribute) {
+        const std::string_view name = attribute->name;
+        if (!std::binary_search(m_known_names.begin(), m_known_names.end(), name)) add_unknown(findings, name);
+    }
+}
+
+void map_content::add_unknown(file_findings& findings, std::string_view attribute)
+{
+    findings.add(rule::unknown_attribute, attribute, [&] {
+        const ustring8 near(nearest_name(attribute, m_schema));
+        const char* const first = m_kind.args == arg_form::none ? "item" : "arg";
+        return finding_text{in_quotes(attribute) + " is not an attribute of this map (" + listed(m_schema) + ')' +
+                                did_you_mean(near.empty() ? near : in_quotes(near)),
+                            ustring8("the first <") + first + "> of the map names its attributes"};
+    });
+}
+
+void map_content::check_names(file_findings& findings, const xml_document& document)
+{
+    m_items.sort();
+    xml_element element;
+    const auto value_of = [&](const gathered_item& item) {
+        document.index.read(item.position, element);
+        return element.attributes.front().value.raw;
+    };
+    const gathered_item* first = nullptr;
+    for (const item_batch::sorted_item& each : m_items.sorted) {
+        const gathered_item& item = m_items.items[each.item];
+        const bool is_new = first == nullptr || first->key != item.key;
+        if (is_new) first = &item;
+        if (is_new) continue;
+        findings.add(rule::duplicate_item, value_of(item), [&] {
+            return finding_text{"item " + in_quotes(item.key) + " is declared twice in map " + in_quotes(m_name),
+                                {},
+                                {findings.related("first declared here", value_of(*first))}};
+        });
+    }
+}
+
+}  // namespace data_mapper4

@@ -1,0 +1,47 @@
+// Internal: checks the items and args of one map.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "data_mapper/item_batch.h"
+#include "data_mapper/map_kind.h"
+#include "data_mapper/report/element_checks.h"
+
+namespace data_mapper4 {
+
+class map_content
+{
+public:
+    // `name` is the map's, for messages.
+    map_content(const map_kind& kind, ustring8 name) : m_kind(kind), m_name(std::move(name)) {}
+
+    // `text` is the text in the element, up to the end of its line; empty if there is none.
+    void check_item(file_findings& findings, const xml_element& item, std::string_view text, std::size_t position);
+    // Says that there is an element in the map that may be meant to be an item.
+    void skip_unknown();
+
+    void check_arg(file_findings& findings, const xml_element& arg, std::string_view text);
+
+    // Adds a finding for each item whose name an earlier one has.
+    void check_names(file_findings& findings, const xml_document& document);
+
+private:
+    void check_row(file_findings& findings, const xml_element& row);
+    void add_unknown(file_findings& findings, std::string_view attribute);
+    bool is_arg_in_place(file_findings& findings, const xml_element& arg);
+    bool add_misplaced(file_findings& findings, const xml_element& arg, rule broken, const finding_text& text);
+
+    const map_kind& m_kind;
+    ustring8 m_name;
+    item_batch m_items;       // for their names
+    std::string_view m_item;  // the name of the last item, as written
+    bool m_has_item = false;
+    std::size_t m_args = 0;                       // of the last item
+    bool m_is_misplaced_arg_known = false;        // whether there is a finding of it already
+    std::vector<ustring8> m_schema;               // the attribute names of the first row, in order
+    std::vector<std::string_view> m_known_names;  // the same, sorted
+};
+
+}  // namespace data_mapper4

@@ -1,0 +1,228 @@
+#include "data_mapper/report/xml_findings.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "data_mapper/report/wording.h"
+#include "platform/xml_cursor.h"
+
+namespace data_mapper4 {
+
+namespace {
+
+using NUVEK_2_18::parser::text_of;
+using NUVEK_2_18::parser::xml_cursor;
+using NUVEK_2_18::parser::xml_document;
+using NUVEK_2_18::parser::xml_element;
+using NUVEK_2_18::parser::xml_fault;
+
+// What to write instead of the entities that people know from elsewhere.
+struct known_entity
+{
+    std::string_view name;
+    int code_point;
+};
+
+constexpr known_entity known_entities[] = {
+    {"nbsp", 160},   {"copy", 169},   {"reg", 174},     {"deg", 176},    {"middot", 183}, {"times", 215},
+    {"euro", 8364},  {"trade", 8482}, {"hellip", 8230}, {"ndash", 8211}, {"mdash", 8212}, {"bull", 8226},
+    {"lsquo", 8216}, {"rsquo", 8217}, {"ldquo", 8220},  {"rdquo", 8221}, {"laquo", 171},  {"raquo", 187},
+    {"auml", 228},   {"ouml", 246},   {"uuml", 252},    {"Auml", 196},   {"Ouml", 214},   {"Uuml", 220},
+    {"szlig", 223},  {"eacute", 233}, {"egrave", 232},  {"agrave", 224}, {"ccedil", 231}, {"ntilde", 241},
+};
+
+constexpr std::string_view known_encodings[] = {"utf-8", "utf-16", "utf-16le", "utf-16be", "iso-8859-1", "us-ascii"};
+
+ustring8 lower_case(std::string_view text)
+{
+    ustring8 lower(text);
+    for (char& each : lower) each = each >= 'A' && each <= 'Z' ? static_cast<char>(each | 0x20) : each;
+    return lower;
+}
+
+class xml_finding
+{
+public:
+    xml_finding(file_findings& findings, const xml_document& document, const std::vector<std::size_t>& open)
+        : m_findings(findings), m_document(document), m_open(open), m_text(document.text.view())
+    {
+    }
+
+    void add_unclosed()
+    {
+        m_findings.add(rule::unclosed_element, m_text.substr(m_text.size()), [&] {
+            return finding_text{"the file ends before </" + escaped(open_tag()) + '>', {}, opened_here()};
+        });
+    }
+
+    void add_fault()
+    {
+        switch (m_document.fault) {
+            case xml_fault::end_tag_mismatch:
+                return add_mismatch();
+            case xml_fault::attribute_redefined:
+                return add(rule::repeated_attribute, name_at(0),
+                           "attribute " + in_quotes(name_at(0)) + " is given twice");
+            case xml_fault::unknown_entity:
+                return add_entity();
+            case xml_fault::unknown_encoding:
+                return add_encoding();
+            case xml_fault::no_root:
+                return add(rule::no_root, character(), "there is no element in this file",
+                           "a file of maps begins with <maps>");
+            case xml_fault::read_failed:
+                return add(rule::unreadable_file, character(), text_of(m_document.fault));
+            case xml_fault::not_utf8:
+            case xml_fault::not_utf8_but_latin1:
+            case xml_fault::not_utf8_but_windows:
+            case xml_fault::not_utf16:
+            case xml_fault::not_ascii:
+            case xml_fault::forbidden_character:
+                return add_character();
+            default:
+                return add(rule::bad_markup, character(), text_of(m_document.fault), markup_hint());
+        }
+    }
+
+private:
+    void add(rule broken, std::string_view part, const ustring8& message, const ustring8& hint = {},
+             const std::vector<related_place>& related = {})
+    {
+        m_findings.add(broken, part, [&] { return finding_text{message, hint, related}; });
+    }
+
+    // The character at the fault; empty at the end of the text.
+    std::string_view character() const
+    {
+        std::size_t size = m_document.fault_begin < m_text.size() ? 1 : 0;
+        while (m_document.fault_begin + size < m_text.size() && size != 0 &&
+               (m_text[m_document.fault_begin + size] & 0xC0) == 0x80) {
+            ++size;
+        }
+        return m_text.substr(m_document.fault_begin, size);
+    }
+
+    // The name that begins this many bytes after the beginning of the fault.
+    std::string_view name_at(std::size_t offset) const
+    {
+        std::string_view name;
+        xml_cursor cursor(m_text.substr(m_document.fault_begin + offset));
+        cursor.take_name(name);
+        return name;
+    }
+
+    std::string_view open_tag() const { return m_document.index.name_at(m_open.back()); }
+
+    std::vector<related_place> opened_here()
+    {
+        const std::string_view name = open_tag();
+        return {m_findings.related(as_tag(name) + " is opened here", {name.data() - 1, name.size() + 1})};
+    }
+
+    // The cursor is at the `</`.
+    void add_mismatch()
+    {
+        const std::string_view name = name_at(2);
+        const ustring8 end_tag = "</" + escaped(name) + '>';
+        const std::string_view part = m_text.substr(m_document.fault_begin, name.size() + 2);
+        if (m_open.empty()) return add(rule::end_tag_mismatch, part, end_tag + " closes nothing: no element is open");
+        const std::vector<related_place> related = opened_here();
+        const ustring8 line = std::to_string(related.front().where.line);
+        add(rule::end_tag_mismatch, part,
+            end_tag + " does not close " + as_tag(open_tag()) + ", opened at line " + line,
+            "close it with </" + escaped(open_tag()) + ">, or write <" + escaped(open_tag()) + " .../>", related);
+    }
+
+    // The fault is at the `&`.
+    void add_entity()
+    {
+        const std::string_view name = name_at(1);
+        const auto* const known = std::find_if(std::begin(known_entities), std::end(known_entities),
+                                               [&](const known_entity& each) { return each.name == name; });
+        ustring8 message = "unknown entity &" + escaped(name) + ';';
+        if (known != std::end(known_entities)) message += "; write &#" + std::to_string(known->code_point) + ';';
+        add(rule::unknown_entity, m_text.substr(m_document.fault_begin, name.size() + 2), message,
+            known == std::end(known_entities) ? "XML knows only &lt; &gt; &amp; &quot; and &apos;" : "");
+    }
+
+    // The text ends after the encoding's name.
+    void add_encoding()
+    {
+        const std::string_view name = m_text.substr(m_text.find_last_of("'\"") + 1);
+        const bool is_known = std::count(std::begin(known_encodings), std::end(known_encodings), lower_case(name)) != 0;
+        if (is_known) {
+            add(rule::bad_encoding, name, "the file declares the encoding " + in_quotes(name) + " but is not in it",
+                "declare the encoding in which the file is saved");
+        } else {
+            add(rule::bad_encoding, name, "the encoding " + in_quotes(name) + " is not supported",
+                "convert the file to UTF-8");
+        }
+    }
+
+    void add_character()
+    {
+        ustring8 message = text_of(m_document.fault);
+        ustring8 hint;
+        if (m_document.fault == xml_fault::not_utf8_but_latin1) {
+            message += "; if the file is Latin-1, declare encoding=\"ISO-8859-1\"";
+        } else if (m_document.fault == xml_fault::not_utf8_but_windows) {
+            message += "; the file looks like windows-1252 and must be converted to UTF-8";
+        } else if (m_document.fault == xml_fault::not_ascii) {
+            message += ", although the file declares US-ASCII";
+        }
+        add(rule::bad_character, m_text.substr(m_text.size()), message, hint);
+    }
+
+    const char* markup_hint() const
+    {
+        switch (m_document.fault) {
+            case xml_fault::bare_ampersand:
+            case xml_fault::missing_semicolon:
+                return "for the character itself write &amp;";
+            case xml_fault::bare_less_than:
+            case xml_fault::less_than_in_value:
+                return "for the character itself write &lt;";
+            case xml_fault::missing_quote:
+                return "write attributes as name=\"value\"";
+            case xml_fault::second_root:
+                return "everything belongs between <maps> and </maps>";
+            case xml_fault::late_declaration:
+                return "remove what precedes it, white space included";
+            default:
+                return "";
+        }
+    }
+
+    file_findings& m_findings;
+    const xml_document& m_document;
+    const std::vector<std::size_t>& m_open;
+    std::string_view m_text;
+};
+
+}  // namespace
+
+std::vector<std::size_t> left_open(const xml_document& document)
+{
+    std::vector<std::size_t> open;
+    if (document.is_complete) return open;
+    xml_element element;
+    for (std::size_t position = 0; position != document.index.size();) {
+        const std::size_t next = document.index.read(position, element);
+        if (element.form == xml_element::kind::opening) open.push_back(position);
+        if (element.form == xml_element::kind::closing) open.pop_back();
+        position = next;
+    }
+    return open;
+}
+
+void add_xml_finding(file_findings& findings, const xml_document& document, const std::vector<std::size_t>& open)
+{
+    xml_finding finding(findings, document, open);
+    if (document.fault != xml_fault::none) {
+        finding.add_fault();
+    } else if (!document.is_complete) {
+        finding.add_unclosed();
+    }
+}
+
+}  // namespace data_mapper4
