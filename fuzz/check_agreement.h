@@ -74,6 +74,7 @@ inline void check(const std::filesystem::path& master, const load_model::collect
 {
     check_options options;
     options.max_files = 2000;
+    options.max_findings = 1000000;
     const load_report report = check_maps(master, options);
     if (!report.is_complete()) return;
     map_collection maps;

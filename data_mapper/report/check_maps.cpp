@@ -136,9 +136,10 @@ private:
         if (opened.found != state::read) return;
         const auto known = m_known.find(opened.file);
         if (known != m_known.end() && known->second.is_open) return add_cycle(from, opened.file, load);
+        // After a fault the check may get to a file earlier than load did.
+        const bool is_first = load != nullptr && m_load.first_of(opened.file) == number;
+        if (known != m_known.end() && is_first) return;
         if (known != m_known.end()) return add_twice(from, known->second, load);
-        // If load reads the file at a later include, it is checked there.
-        if (load == nullptr && m_load.first_of(opened.file) != no_number) return;
         add_unportable(from, opened.path);
         enter(opened.file, m_chain.back().content, from.findings().part_of(from.include_part()));
     }
