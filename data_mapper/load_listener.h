@@ -31,7 +31,7 @@ public:
     virtual std::unique_ptr<NUVEK_2_18::parser::xml_stream_parser> make_parser(const std::wstring& path) = 0;
 
     // The map element at this position of the file opened last has been loaded.
-    virtual void on_map(std::size_t position, const ustring8& name, map_type type) = 0;
+    virtual void on_map(std::size_t position, const ustring8& name) = 0;
 
     // The file opened last is done. The elements before this position were taken.
     virtual void on_close(const map_error_t& result, std::size_t position) = 0;

@@ -212,7 +212,7 @@ private:
         const bool is_registered = m_maps.m_maps.emplace(map_name, type).second;
         if (is_registered) store.merge(stored);
         if (!is_registered || !stored.empty()) return end(map_error_t::memory_error);
-        if (m_listener != nullptr) m_listener->on_map(file.position, map_name, type);
+        if (m_listener != nullptr) m_listener->on_map(file.position, map_name);
         return true;
     }
 

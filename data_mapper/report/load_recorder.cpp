@@ -80,9 +80,9 @@ std::unique_ptr<NUVEK_2_18::parser::xml_stream_parser> load_recorder::make_parse
     return NUVEK_2_18::parser::make_parser(file == no_number ? nullptr : m_files.document(file));
 }
 
-void load_recorder::on_map(std::size_t position, const ustring8& name, map_type type)
+void load_recorder::on_map(std::size_t position, const ustring8& name)
 {
-    m_maps.push_back(&*m_by_name.emplace(name, recorded_map{m_chain.back(), position, type}).first);
+    m_maps.push_back(&*m_by_name.emplace(name, recorded_map{m_chain.back(), position}).first);
 }
 
 void load_recorder::on_close(const map_error_t& result, std::size_t position)

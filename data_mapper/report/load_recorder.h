@@ -29,7 +29,6 @@ struct recorded_map
 {
     std::size_t reading;
     std::size_t position;
-    map_type type;
 };
 
 class load_recorder : public load_listener
@@ -57,7 +56,7 @@ public:
 private:
     bool on_open(const std::wstring& path, std::size_t include) override;
     std::unique_ptr<NUVEK_2_18::parser::xml_stream_parser> make_parser(const std::wstring& path) override;
-    void on_map(std::size_t position, const ustring8& name, map_type type) override;
+    void on_map(std::size_t position, const ustring8& name) override;
     void on_close(const map_error_t& result, std::size_t position) override;
 
     file_set& m_files;
