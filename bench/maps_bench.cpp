@@ -1,5 +1,5 @@
-// Loading: from a path to filled tables, including the destruction of everything created. Parsing: the parser's part of
-// that. Growth: how the time grows if a file grows to four times its size in one way.
+// Loading: from a path to filled tables, including the destruction of everything created. Checking: the same, with a
+// report. Parsing: the parser's part of that. Growth: how the time grows if a file grows to four times its size in one way.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -8,6 +8,7 @@
 #include <set>
 
 #include "contender.h"
+#include "data_mapper/load_report.h"
 
 namespace bench {
 
@@ -63,6 +64,13 @@ void register_loads(const cell& in)
     add("floor", [in](auto& state, auto& row) { measure_load<host_tables>(state, row, in, floor_of(in.path())); });
 }
 
+void register_check(const cell& in)
+{
+    benchmark::RegisterBenchmark(("check/" + in.name + "/" + library_name).c_str(), [in](auto& state) {
+        measure(state, in, [path = in.path()] { require(check_maps(path).errors() == 0, "faults in " + path); });
+    });
+}
+
 void parse_library(const std::string& path, bool pops_nodes)
 {
     xml_stream_parser parser(NUVEK_2_18::strings::utf8_to_utf16(path), xml_stream_parser::header_optional);
@@ -112,7 +120,10 @@ void measure_growth(benchmark::State& state, const std::string& what, std::size_
 
 void register_all()
 {
-    for (const cell& in : load_cells()) register_loads(in);
+    for (const cell& in : load_cells()) {
+        register_loads(in);
+        register_check(in);
+    }
     for (const cell& in : load_cells()) {
         if (in.is_shuffled) register_parses(in);
     }
