@@ -1,4 +1,5 @@
-# Installs what a host needs: the library, its public headers and a package for find_package.
+# Installs what a host needs: the library, its public headers and a package for find_package; and for the authors of map
+# files, the schema.
 include(CMakePackageConfigHelpers)
 
 foreach(header IN LISTS public_headers)
@@ -6,6 +7,7 @@ foreach(header IN LISTS public_headers)
     install(FILES "${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/data_mapper4/${folder}")
 endforeach()
 install(TARGETS data_mapper4 EXPORT data_mapper4-targets)
+install(FILES schema/maps.xsd DESTINATION "${CMAKE_INSTALL_DATADIR}/data_mapper4")
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/data_mapper4")
 install(EXPORT data_mapper4-targets NAMESPACE data_mapper4:: FILE data_mapper4Config.cmake DESTINATION "${package_dir}")
