@@ -77,7 +77,7 @@ private:
         bool declares_maps = false;  // itself or what it includes
     };
 
-    ustring8 shown_master() const { return fs::path(m_master).make_preferred().u8string(); }
+    ustring8 shown_master() const { return path_text(fs::path(m_master).make_preferred()); }
 
     void begin()
     {
@@ -140,7 +140,7 @@ private:
         if (known != m_known.end() && is_first) return;
         if (known != m_known.end()) return add_twice(from, known->second, load);
         add_unportable(from, opened.path);
-        enter(opened.file, m_chain.back().content, from.findings().part_of(from.include_part()));
+        enter(opened.file, m_chain.back().content, from.findings().part_of(from.include_tag()));
     }
 
     // As load makes it of an include.

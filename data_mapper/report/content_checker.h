@@ -23,10 +23,11 @@ public:
     // Checks on up to the next include. Returns false at the end of the file.
     bool next();
 
-    // That include: its position, the path as written, and the place of that.
+    // That include: its position and place, the path as written, and the place of that.
     std::size_t include_position() const { return m_position; }
     const ustring8& include_path() const { return m_include_path; }
     std::string_view include_part() const { return m_include_part; }
+    std::string_view include_tag() const { return tag_part(m_element); }
     file_findings& findings() { return m_findings; }
 
     // Whether the file has declared a map so far.

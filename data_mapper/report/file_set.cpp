@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "data_mapper/report/wording.h"
 #include "platform/text_file.h"
 
 namespace data_mapper4 {
@@ -77,7 +78,7 @@ ustring8 file_set::shown(const ustring8& path) const
 {
     const bool is_dot_hidden = !m_is_folder_shown && path.size() > 2 && path[0] == '.';
     fs::path name = fs::u8path(is_dot_hidden ? path.substr(2) : path);
-    return name.make_preferred().u8string();
+    return path_text(name.make_preferred());
 }
 
 bool file_set::is_within(const fs::path& canonical) const

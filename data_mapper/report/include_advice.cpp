@@ -39,7 +39,7 @@ finding_text include_advice::explain_missing(const ustring8& written, const ustr
     finding_text text = {in_quotes(written) + " does not exist"};
     if (!m_may_look || opened.empty()) return text;
 
-    const ustring8 name = path.filename().u8string();
+    const ustring8 name = path_text(path.filename());
     const ustring8 near(nearest_name(name, names_in(path.parent_path()), most_names));
     if (!near.empty()) text.message += did_you_mean(in_quotes(with_name(written, near)));
     if (is_same_but_for_case(near, name)) text.hint = "the letter case of file names counts";
@@ -47,8 +47,7 @@ finding_text include_advice::explain_missing(const ustring8& written, const ustr
     const fs::path beside = fs::u8path(including).parent_path();
     if (near.empty() && beside != m_base && fs::is_regular_file(beside / fs::u8path(written), error)) {
         const fs::path better = (beside / fs::u8path(written)).lexically_relative(m_base);
-        text.hint =
-            "includes are relative to the folder of the master file: write " + in_quotes(better.generic_u8string());
+        text.hint = "includes are relative to the folder of the master file: write " + in_quotes(path_text(better));
     }
     return text;
 }
@@ -60,7 +59,7 @@ ustring8 include_advice::find_unportable(const ustring8& written, const ustring8
     }
     if (!m_may_look) return {};
     const fs::path path = fs::u8path(opened);
-    const ustring8 name = path.filename().u8string();
+    const ustring8 name = path_text(path.filename());
     const std::vector<ustring8>& names = names_in(path.parent_path());
     const auto is_variant = [&](const ustring8& each) { return is_same_but_for_case(each, name); };
     const auto variant = std::find_if(names.begin(), names.end(), is_variant);
@@ -78,7 +77,7 @@ const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
     const fs::path looked_into = folder.empty() ? fs::path(".") : folder;
     for (fs::directory_iterator entry(looked_into, error), end; !error && entry != end; entry.increment(error)) {
         if (m_names.size() == most_names) break;
-        m_names.push_back(entry->path().filename().u8string());
+        m_names.push_back(path_text(entry->path().filename()));
     }
     std::sort(m_names.begin(), m_names.end());
     return m_names;

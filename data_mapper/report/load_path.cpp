@@ -1,38 +1,20 @@
 #include <algorithm>
 
 #include "data_mapper/load_report.h"
-#include "platform/unicode.h"
+#include "data_mapper/report/wording.h"
 
 namespace data_mapper4 {
 
-namespace {
-
-namespace fs = std::filesystem;
-
-// The path in UTF-16. Empty if it cannot be said so.
-NUVEK_2_18::strings::ustring16 units_of(const fs::path& path)
+std::wstring load_path(const std::filesystem::path& path)
 {
-    NUVEK_2_18::strings::ustring16 units;
-    if constexpr (sizeof(fs::path::value_type) == sizeof(char16_t)) {
-        units.assign(path.native().begin(), path.native().end());
-    } else {
-        const ustring8 bytes(path.native().begin(), path.native().end());
-        ustring8 again;
-        units = NUVEK_2_18::strings::utf8_to_utf16(bytes);
-        NUVEK_2_18::unicode::append_utf16(units, again);
-        if (again != bytes) units.clear();
-    }
-    return units;
-}
-
-}  // namespace
-
-std::wstring load_path(const fs::path& path)
-{
-    constexpr bool is_backslash_separator = fs::path::preferred_separator == '\\';
-    const NUVEK_2_18::strings::ustring16 units = units_of(path);
+    using path_type = std::filesystem::path;
+    constexpr bool has_other_separator = path_type::preferred_separator != '\\';
+    const auto units = path_units(path);
     if (units.find(u'\0') != units.npos) return {};
-    if (!is_backslash_separator && units.find(u'\\') != units.npos) return {};
+    if (has_other_separator && units.find(u'\\') != units.npos) return {};
+    if constexpr (sizeof(path_type::value_type) == 1) {
+        if (path_text(path) != ustring8(path.native().begin(), path.native().end())) return {};  // not UTF-8
+    }
     std::wstring wide(units.begin(), units.end());
     std::replace(wide.begin(), wide.end(), L'/', L'\\');
     if (wide.empty() || wide.find(L'\\') != std::wstring::npos) return wide;

@@ -88,6 +88,29 @@ ustring8 did_you_mean(const ustring8& what)
     return what.empty() ? "" : "; did you mean " + what + '?';
 }
 
+// fs::path converts as well, but throws if it cannot.
+NUVEK_2_18::strings::ustring16 path_units(const std::filesystem::path& path)
+{
+    const auto& native = path.native();
+    if constexpr (sizeof(std::filesystem::path::value_type) == 1) {
+        return NUVEK_2_18::strings::utf8_to_utf16(ustring8(native.begin(), native.end()));
+    } else {
+        return {native.begin(), native.end()};
+    }
+}
+
+ustring8 path_text(const std::filesystem::path& path)
+{
+    const NUVEK_2_18::strings::ustring16 units = path_units(path);
+    ustring8 text;
+    const char16_t* at = units.data();
+    for (const char16_t* const end = at + units.size(); at != end;) {
+        const char32_t code_point = unicode::take_utf16(at, end);
+        unicode::append_utf8(code_point == unicode::malformed ? 0xFFFD : code_point, text);
+    }
+    return text;
+}
+
 ustring8 printable(std::string_view line)
 {
     ustring8 text;

@@ -1,6 +1,7 @@
 // Internal: names in messages. They come from files and may be long, or contain what a terminal takes for a command.
 #pragma once
 
+#include <filesystem>
 #include <string_view>
 #include <vector>
 
@@ -23,7 +24,12 @@ ustring8 listed(const std::vector<ustring8>& names);
 // Returns `; did you mean WHAT?`, or nothing if `what` is empty.
 ustring8 did_you_mean(const ustring8& what);
 
-// Returns the code points that a terminal may not print as one character as U+FFFD; tabs are kept.
+// Return the path in UTF-16 and in UTF-8. What is not Unicode becomes U+FFFD, except unpaired surrogates in UTF-16.
+NUVEK_2_18::strings::ustring16 path_units(const std::filesystem::path& path);
+ustring8 path_text(const std::filesystem::path& path);
+
+// Returns the line with the code points that a terminal may not print as one character replaced by
+// U+FFFD; tabs are kept.
 ustring8 printable(std::string_view line);
 
 }  // namespace data_mapper4
