@@ -142,8 +142,8 @@ public:
     bool is_complete() const;
 
     // The findings as the tool prints them: FILE:LINE:COLUMN: error: MESSAGE [rule], the line of the source with the
-    // place marked below it, and notes. Lines end in LF. Empty if there are no findings. is_colored: with the escape
-    // sequences of a terminal. Cost: linear in the text.
+    // place marked below it, and notes; then how many findings were not kept, if any. Lines end in LF. Empty if there
+    // are no findings. is_colored: with the escape sequences of a terminal. Cost: linear in the text.
     ustring8 text(bool is_colored = false) const;
 
 private:

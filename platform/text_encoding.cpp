@@ -143,12 +143,16 @@ bool is_three_byte_char(const char* at)
     return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && is_continuation(at[1]) && is_continuation(at[2]);
 }
 
-// The fault of a text whose first malformed bytes are at this place. If it is all ASCII up to there, the file is probably
-// in a one-byte encoding.
+// The fault of a text whose first malformed bytes are at this place. If it is a document of ASCII up to there, and goes on,
+// the file is probably in a one-byte encoding.
 xml_fault fault_of_bytes(std::string_view text, const char* malformed)
 {
     const char* const end = text.data() + text.size();
-    if (std::any_of(text.data(), malformed, is_non_ascii)) return xml_fault::not_utf8;
+    const std::string_view before = view(text.data(), malformed);
+    const bool is_document =
+        before.find('<') != std::string_view::npos && std::none_of(before.begin(), before.end(), is_non_ascii);
+    constexpr std::ptrdiff_t longest_character = 4;
+    if (!is_document || end - malformed < longest_character) return xml_fault::not_utf8;
     const bool is_windows = std::any_of(malformed, end, [](char byte) { return (byte & 0xE0) == 0x80; });
     return is_windows ? xml_fault::not_utf8_but_windows : xml_fault::not_utf8_but_latin1;
 }

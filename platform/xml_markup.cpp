@@ -206,7 +206,7 @@ bool take_instruction(xml_cursor& cursor)
     std::string_view target;
     if (!cursor.take("<?") || !cursor.take_name(target)) return false;
     const xml_fault fault = target == "xml" ? xml_fault::late_declaration : xml_fault::reserved_target;
-    if (is_reserved(target)) return cursor.fail_at(target.data(), fault);
+    if (is_reserved(target)) return cursor.fail_at(target.data() - 2, fault);
     if (!is_space(*cursor)) return cursor.take("?>");
     return cursor.take_until("?>", target);
 }

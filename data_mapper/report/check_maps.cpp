@@ -43,7 +43,7 @@ public:
     {
         m_load.load(maps, m_path);
         begin();
-        while (!m_chain.empty() && !m_files.is_limit_reached()) {
+        while (!m_chain.empty()) {
             if (m_chain.back().checker.next()) {
                 follow(m_chain.back().checker);
             } else {
@@ -51,8 +51,7 @@ public:
             }
         }
         if (m_files.is_limit_reached()) {
-            m_writer.add_unplaced(shown_master(), rule::limit_reached,
-                                  {"the check ends here: the files are too many, or too large together"});
+            m_writer.add_unplaced(shown_master(), rule::limit_reached, {m_files.limit_text()});
             m_writer.state().is_complete = false;
         }
         list_files();
@@ -87,9 +86,11 @@ private:
         if (master.opened.found == state::read) {
             enter(master.opened.file, no_number, {});
         } else if (m_path.empty()) {
-            m_writer.add_unplaced(
-                shown_master(), rule::missing_file,
-                {"this path cannot be loaded: it is empty, not valid Unicode, or has a backslash in a name"});
+            const bool has_backslash = shown_master().find('\\') != ustring8::npos;
+            m_writer.add_unplaced(shown_master(), rule::missing_file,
+                                  {has_backslash ? "a path with a backslash in a name cannot be loaded"
+                                                 : "a path that is empty or not Unicode cannot be loaded",
+                                   has_backslash ? "write the path with slashes" : ""});
         } else {
             m_writer.add_unplaced(shown_master(), rule::missing_file,
                                   m_advice.explain_missing(shown_master(), shown_master(), shown_master()));
@@ -193,8 +194,8 @@ private:
         if (load == nullptr ? !known.declares_maps : !load->has_duplicate) return;
         from.findings().add(rule::included_twice, from.include_part(), [&] {
             const file_place first = m_writer.place_of(m_writer.content(known.content).include);
-            finding_text text = {in_quotes(from.include_path()) + " is included twice; its maps are loaded already",
-                                 "remove one of the two includes",
+            finding_text text = {in_quotes(from.include_path()) + " is included again; its maps are loaded already",
+                                 "remove one of the includes",
                                  {{"first included here", first}}};
             if (load != nullptr) text.code = load->result.type();
             return text;

@@ -49,7 +49,9 @@ bool content_checker::next()
     for (const open_element& each : m_open) {
         if (each.content != nullptr) each.content->check_names(m_findings, m_document);
     }
-    add_xml_finding(m_findings, m_document, m_left_open);
+    // Without <maps>, a second map is a second root; that is the same mistake.
+    const bool is_known = m_is_root_wrong && m_document.fault == NUVEK_2_18::parser::xml_fault::second_root;
+    if (!is_known) add_xml_finding(m_findings, m_document, m_left_open);
     return false;
 }
 
@@ -84,10 +86,10 @@ void content_checker::take()
             break;
     }
     const bool may_contain = taken_as == role::root || taken_as == role::map;
-    if (may_contain || taken_as == role::include) check_texts();
+    if (may_contain || m_is_include) check_texts();
     const bool is_opened = m_element.form == kind::opening && (may_contain || !is_left_open());
     map_content* const map = taken_as == role::item ? inside().map : m_content.get();
-    if (is_opened) m_open.push_back({taken_as, m_element.tag, std::move(m_content), map});
+    if (is_opened) m_open.push_back({taken_as, m_element.tag, std::move(m_content), map, is_left_open()});
     m_content.reset();
 }
 
@@ -125,8 +127,10 @@ content_checker::role content_checker::check_root()
         }
         return role::root;
     }
-    const map_kind* const found = find_kind(m_element.tag);
+    const bool has_attributes = !m_element.attributes.empty();
+    const map_kind* const found = has_attributes ? find_kind(m_element.tag) : nullptr;
     const ustring8 near(nearest_name(m_element.tag, {"maps"}));
+    m_is_root_wrong = true;
     m_findings.add(rule::wrong_root, tag_part(m_element), [&] {
         return finding_text{"the root element is " + as_tag(m_element.tag) + ", not <maps>",
                             found == nullptr ? "" : "write <maps> and </maps> around the maps of a file"};
@@ -143,11 +147,13 @@ content_checker::role content_checker::check_in_root()
     if (m_element.tag == "include") return check_include();
     if (find_kind(m_element.tag) != nullptr) return check_map();
     if (m_element.tag == "maps") {
-        add_misplaced(rule::nested_maps, "<maps> inside <maps> ends the file for load; nothing after it is loaded", "");
+        add_misplaced(rule::nested_maps, "<maps> inside <maps>; load reads nothing after it", "");
         return role::root;
     }
     if (is_item_or_arg(m_element.tag)) {
-        add_misplaced(rule::outside_map, as_tag(m_element.tag) + " is not inside a map", "");
+        if (!std::exchange(m_is_outside_known, true)) {
+            add_misplaced(rule::outside_map, as_tag(m_element.tag) + " is not inside a map", "");
+        }
         return role::unknown;
     }
     return add_unknown("<maps> contains maps and includes");
@@ -159,17 +165,24 @@ content_checker::role content_checker::check_in_map()
     if (is_item_or_arg(m_element.tag)) return check_item_or_arg();
     const ustring8 around = as_tag(inside().tag);
     if (m_element.tag == "maps") {
-        add_misplaced(rule::nested_maps, "<maps> inside " + around + " ends the file for load", "");
+        add_misplaced(rule::nested_maps, "<maps> inside " + around + "; load reads nothing after it", "");
         return role::root;
     }
+    // After a map without an end tag, what follows belongs in the root.
+    const bool is_misplaced = !inside().is_left_open;
     if (m_element.tag == "include") {
-        add_misplaced(rule::include_inside_map, "<include> inside " + around + " ends the map for load",
-                      "includes belong between the maps");
+        if (is_misplaced) {
+            add_misplaced(rule::include_inside_map, "<include> inside " + around + "; load ends the map here",
+                          "includes belong between the maps");
+        }
         return check_include();
     }
     if (find_kind(m_element.tag) != nullptr) {
-        add_misplaced(rule::map_inside_map, as_tag(m_element.tag) + " inside " + around + " ends that map for load",
-                      "maps follow one another; none contains another");
+        if (is_misplaced) {
+            add_misplaced(rule::map_inside_map,
+                          as_tag(m_element.tag) + " inside " + around + "; load ends that map here",
+                          "maps follow one another; none contains another");
+        }
         return check_map();
     }
     return add_unknown(around + " contains items and args");
@@ -185,7 +198,7 @@ content_checker::role content_checker::check_in_item()
                       "write <item .../><arg .../>");
     } else if (!is_known) {
         add_misplaced(rule::nested_element,
-                      as_tag(m_element.tag) + " inside " + as_tag(around) + ", which has no content",
+                      as_tag(m_element.tag) + " inside " + as_tag(around) + ", which contains nothing",
                       "items and args follow one another; none contains another");
     }
     if (is_item_or_arg(m_element.tag)) return check_item_or_arg();
@@ -196,7 +209,7 @@ content_checker::role content_checker::check_in_include()
 {
     const bool is_known = std::exchange(inside().is_content_known, true);
     if (!is_known) {
-        add_misplaced(rule::include_content, as_tag(m_element.tag) + " inside <include>, which has no content",
+        add_misplaced(rule::include_content, as_tag(m_element.tag) + " inside <include>, which contains nothing",
                       "write <include file=\"...\"/>");
     }
     return check_in_unknown();
@@ -211,6 +224,7 @@ content_checker::role content_checker::check_in_unknown()
 // map = <KIND name="NAME">
 content_checker::role content_checker::check_map()
 {
+    m_is_outside_known = false;
     const bool has_content = m_element.form == kind::opening;
     const bool has_attributes = !m_element.attributes.empty();
     ustring8 name;
@@ -270,14 +284,17 @@ content_checker::role content_checker::check_item_or_arg()
 
 content_checker::role content_checker::add_unknown(const ustring8& hint)
 {
+    const ustring8 near(nearest_name(m_element.tag, known_tags(inside().taken_as == role::map)));
     m_findings.add(rule::unknown_element, tag_part(m_element), [&] {
-        const ustring8 near(nearest_name(m_element.tag, known_tags(inside().taken_as == role::map)));
         return finding_text{
             "unknown element " + as_tag(m_element.tag) + did_you_mean(near.empty() ? near : as_tag(near)),
             near.empty() ? hint : ""};
     });
     if (inside().taken_as == role::map) inside().map->skip_unknown();
-    return role::unknown;
+    const map_kind* const meant = find_kind(near);
+    if (meant == nullptr || m_element.form != kind::opening) return role::unknown;
+    m_content = std::make_unique<map_content>(*meant, ustring8());
+    return role::map;
 }
 
 void content_checker::add_misplaced(rule broken, const ustring8& message, const ustring8& hint)

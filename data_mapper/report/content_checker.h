@@ -51,6 +51,7 @@ private:
         std::string_view tag = {};
         std::unique_ptr<map_content> content = {};  // of a map
         map_content* map = nullptr;                 // the innermost map, inside which only items and args are open
+        bool is_left_open = false;                  // whether its end tag is missing
         bool is_content_known = false;              // whether there is a finding already that it must not have content
     };
 
@@ -85,7 +86,9 @@ private:
     ustring8 m_include_path;
     std::string_view m_include_part;
     std::unique_ptr<map_content> m_content;  // of the map element being checked
+    bool m_is_outside_known = false;         // whether there is a finding already of an item outside maps
     bool m_declares_maps = false;
+    bool m_is_root_wrong = false;
     bool m_is_at_end = false;
 };
 

@@ -1,6 +1,7 @@
 #include "data_mapper/report/element_checks.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "data_mapper/report/nearest_name.h"
 #include "data_mapper/report/wording.h"
@@ -29,16 +30,18 @@ void add_missing(file_findings& findings, const xml_element& element, std::strin
     });
 }
 
-void add_unexpected(file_findings& findings, const xml_element& element, const xml_attribute& attribute,
+void add_unexpected(file_findings& findings, const xml_element& element, std::string_view attribute,
                     std::string_view wanted)
 {
-    findings.add(rule::unexpected_attribute, attribute.name, [&] {
+    findings.add(rule::unexpected_attribute, attribute, [&] {
         const bool has_wanted = std::any_of(element.attributes.begin(), element.attributes.end(),
                                             [&](const xml_attribute& each) { return each.name == wanted; });
         const std::vector<ustring8> candidates(has_wanted ? 0 : 1, ustring8(wanted));
-        const ustring8 near(nearest_name(attribute.name, candidates));
-        return finding_text{in_quotes(attribute.name) + " is not an attribute of " + as_tag(element.tag) +
-                            (near.empty() ? ", which has only " + in_quotes(wanted) : did_you_mean(in_quotes(near)))};
+        const ustring8 near(nearest_name(attribute, candidates));
+        return finding_text{
+            in_quotes(attribute) + " is not an attribute of " + as_tag(element.tag) +
+                (near.empty() ? ", which has only " + in_quotes(wanted) : did_you_mean(in_quotes(near))),
+            element.tag == "item" ? "the items of a <collection_map> have any attributes" : ""};
     });
 }
 
@@ -58,27 +61,33 @@ std::string_view without_space(std::string_view text)
 
 }  // namespace
 
+std::string_view unexpected_attribute(const xml_element& element, std::string_view wanted, attribute_form form)
+{
+    if (form == attribute_form::first) return {};
+    const auto first = element.attributes.begin();
+    const bool has_wanted = first != element.attributes.end() && first->name == wanted;
+    const auto other = has_wanted ? std::next(first) : first;
+    return other == element.attributes.end() ? std::string_view() : other->name;
+}
+
 bool check_attributes(file_findings& findings, const xml_element& element, std::string_view wanted, attribute_form form)
 {
     const auto& attributes = element.attributes;
     const auto found = std::find_if(attributes.begin(), attributes.end(),
                                     [&](const xml_attribute& each) { return each.name == wanted; });
-    const auto other = found == attributes.begin() && found != attributes.end() ? found + 1 : attributes.begin();
-    if (attributes.empty() || (found == attributes.end() && form == attribute_form::first)) {
+    const std::string_view unexpected = unexpected_attribute(element, wanted, form);
+    if (!unexpected.empty()) {
+        add_unexpected(findings, element, unexpected, wanted);
+    } else if (found == attributes.end()) {
         add_missing(findings, element, wanted);
-        return false;
-    }
-    if (form == attribute_form::first && found != attributes.begin()) {
+    } else if (found != attributes.begin()) {
         findings.add(rule::name_not_first, found->name, [&] {
             return finding_text{in_quotes(wanted) + " must be the first attribute of " + as_tag(element.tag)};
         });
-        return false;
+    } else {
+        return true;
     }
-    if (form == attribute_form::only && other != attributes.end()) {
-        add_unexpected(findings, element, *other, wanted);
-        return false;
-    }
-    return true;
+    return false;
 }
 
 bool check_not_empty(file_findings& findings, const xml_element& element, rule broken)

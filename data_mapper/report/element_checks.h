@@ -25,6 +25,9 @@ enum class attribute_form
 bool check_attributes(file_findings& findings, const xml_element& element, std::string_view wanted,
                       attribute_form form);
 
+// Returns the name of an attribute that the element must not have; empty if there is none.
+std::string_view unexpected_attribute(const xml_element& element, std::string_view wanted, attribute_form form);
+
 // Checks that the element's first attribute is not empty.
 bool check_not_empty(file_findings& findings, const xml_element& element, rule broken);
 

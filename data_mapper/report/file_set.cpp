@@ -40,8 +40,16 @@ file_set::file_set(const fs::path& master, const check_options& options)
 
 bool file_set::count()
 {
-    m_is_limit_reached = m_is_limit_reached || m_counted++ == m_options.max_files;
+    if (m_is_limit_reached) return false;
+    m_is_limit_reached = ++m_counted > m_options.max_files;
     return !m_is_limit_reached;
+}
+
+ustring8 file_set::limit_text() const
+{
+    if (m_counted > m_options.max_files)
+        return "more than " + std::to_string(m_options.max_files) + " files are included";
+    return "the files are larger than " + std::to_string(m_options.max_bytes) + " bytes together";
 }
 
 const file_set::opened& file_set::open(const std::wstring& path)

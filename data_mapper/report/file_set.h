@@ -50,6 +50,7 @@ public:
 
     // Whether the limit of the files' number or of their bytes was reached.
     bool is_limit_reached() const { return m_is_limit_reached; }
+    ustring8 limit_text() const;
 
     // Counts a file, and returns false if that is too many. To be called before open.
     bool count();

@@ -40,7 +40,7 @@ finding_text include_advice::explain_missing(const ustring8& written, const ustr
     if (!m_may_look || opened.empty()) return text;
 
     const ustring8 name = path_text(path.filename());
-    const ustring8 near(nearest_name(name, names_in(path.parent_path()), most_names));
+    const ustring8 near = near_file(path);
     if (!near.empty()) text.message += did_you_mean(in_quotes(with_name(written, near)));
     if (is_same_but_for_case(near, name)) text.hint = "the letter case of file names counts";
 
@@ -57,6 +57,10 @@ ustring8 include_advice::find_unportable(const ustring8& written, const ustring8
     if (fs::path::preferred_separator != '\\' && opened.find('\\') != ustring8::npos) {
         return in_quotes(written) + " has a backslash in a name, which other systems take for a separator";
     }
+    if (written.find('\\') != ustring8::npos) {
+        return in_quotes(written) +
+               " has a backslash, which sets the base directory if the host has not; write slashes";
+    }
     if (!m_may_look) return {};
     const fs::path path = fs::u8path(opened);
     const ustring8 name = path_text(path.filename());
@@ -65,6 +69,20 @@ ustring8 include_advice::find_unportable(const ustring8& written, const ustring8
     const auto variant = std::find_if(names.begin(), names.end(), is_variant);
     if (variant == names.end() || std::binary_search(names.begin(), names.end(), name)) return {};
     return "the file is called " + in_quotes(*variant) + "; other systems tell upper and lower case apart";
+}
+
+// The extension must be the same, and makes no name longer.
+ustring8 include_advice::near_file(const fs::path& path)
+{
+    const ustring8 extension = path_text(path.extension());
+    std::vector<ustring8> stems;
+    for (const ustring8& name : names_in(path.parent_path())) {
+        const bool has_extension = name.size() >= extension.size() &&
+                                   name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
+        if (has_extension) stems.push_back(name.substr(0, name.size() - extension.size()));
+    }
+    const ustring8 near(nearest_name(path_text(path.stem()), stems, most_names));
+    return near.empty() ? near : near + extension;
 }
 
 const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)

@@ -25,6 +25,7 @@ public:
     ustring8 find_unportable(const ustring8& written, const ustring8& opened);
 
 private:
+    ustring8 near_file(const std::filesystem::path& path);
     const std::vector<ustring8>& names_in(const std::filesystem::path& folder);
 
     std::filesystem::path m_base;

@@ -8,21 +8,6 @@
 
 namespace data_mapper4 {
 
-namespace {
-
-void check_no_text(file_findings& findings, const xml_element& element, std::string_view text)
-{
-    if (text.empty()) return;
-    findings.add(rule::text_in_element, text, [&] {
-        const bool is_item = element.tag == "item";
-        return finding_text{as_tag(element.tag) + " contains no text",
-                            is_item ? "the text of an item is written after it: <arg name=\"...\"/>"
-                                    : "the text of an arg is its name: <arg name=\"...\"/>"};
-    });
-}
-
-}  // namespace
-
 // item = <item name="KEY"/>, in a collection map with further attributes
 void map_content::check_item(file_findings& findings, const xml_element& item, std::string_view text,
                              std::size_t position)
@@ -31,11 +16,12 @@ void map_content::check_item(file_findings& findings, const xml_element& item, s
     const auto form = is_row ? attribute_form::first : attribute_form::only;
     skip_unknown();
     check_no_text(findings, item, text);
-    if (!check_attributes(findings, item, "name", form)) return;
+    if (is_row) note_schema(item);
+    if (!check_form(findings, item, form)) return;
     m_item = item.attributes.front().value.raw;
     if (!check_not_empty(findings, item, rule::empty_name)) return;
     m_items.add(item.attributes.front().value, position, 0);
-    if (is_row && text.empty()) check_row(findings, item);
+    if (is_row) check_row(findings, item);
 }
 
 void map_content::skip_unknown()
@@ -53,10 +39,11 @@ void map_content::check_arg(file_findings& findings, const xml_element& arg, std
     if (!is_arg_in_place(findings, arg)) return;
     ++m_args;
     check_no_text(findings, arg, text);
-    if (!check_attributes(findings, arg, "name", is_row ? attribute_form::first : attribute_form::only)) return;
+    if (is_row) note_schema(arg);
+    if (!check_form(findings, arg, is_row ? attribute_form::first : attribute_form::only)) return;
     const rule if_empty = is_row ? rule::empty_name : rule::empty_text;
     if (m_kind.args != arg_form::text && !check_not_empty(findings, arg, if_empty)) return;
-    if (is_row && text.empty()) check_row(findings, arg);
+    if (is_row) check_row(findings, arg);
 }
 
 bool map_content::is_arg_in_place(file_findings& findings, const xml_element& arg)
@@ -86,18 +73,41 @@ bool map_content::add_misplaced(file_findings& findings, const xml_element& arg,
     return false;
 }
 
-// The first row names the attributes.
+void map_content::check_no_text(file_findings& findings, const xml_element& element, std::string_view text)
+{
+    if (text.empty()) return;
+    findings.add(rule::text_in_element, text, [&] {
+        const char* hint = "write <arg name=\"...\"/>";
+        if (m_kind.args == arg_form::none) hint = "write it as an attribute of the item";
+        if (m_kind.args != arg_form::none && element.tag == "item") hint = "write <arg name=\"...\"/> after the item";
+        return finding_text{as_tag(element.tag) + " contains no text", hint};
+    });
+}
+
+// The same wrong attribute in several items is one mistake.
+bool map_content::check_form(file_findings& findings, const xml_element& element, attribute_form form)
+{
+    const std::string_view wrong = unexpected_attribute(element, "name", form);
+    if (!wrong.empty() && !m_wrong_names.insert(wrong).second) return false;
+    return check_attributes(findings, element, "name", form);
+}
+
+// The first row names the attributes, even if something else is wrong with it.
+void map_content::note_schema(const xml_element& row)
+{
+    if (!m_schema.empty() || row.attributes.empty()) return;
+    m_first_row = tag_part(row);
+    for (const auto& attribute : row.attributes) m_schema.emplace_back(attribute.name);
+    for (const auto& attribute : row.attributes) m_known_names.push_back(attribute.name);
+    std::sort(m_known_names.begin(), m_known_names.end());
+}
+
 void map_content::check_row(file_findings& findings, const xml_element& row)
 {
-    if (m_schema.empty()) {
-        for (const auto& attribute : row.attributes) m_schema.emplace_back(attribute.name);
-        for (const auto& attribute : row.attributes) m_known_names.push_back(attribute.name);
-        std::sort(m_known_names.begin(), m_known_names.end());
-        return;
-    }
     for (auto attribute = std::next(row.attributes.begin()); attribute != row.attributes.end(); ++attribute) {
         const std::string_view name = attribute->name;
-        if (!std::binary_search(m_known_names.begin(), m_known_names.end(), name)) add_unknown(findings, name);
+        if (std::binary_search(m_known_names.begin(), m_known_names.end(), name)) continue;
+        if (m_wrong_names.insert(name).second) add_unknown(findings, name);
     }
 }
 
@@ -105,10 +115,10 @@ void map_content::add_unknown(file_findings& findings, std::string_view attribut
 {
     findings.add(rule::unknown_attribute, attribute, [&] {
         const ustring8 near(nearest_name(attribute, m_schema));
-        const char* const first = m_kind.args == arg_form::none ? "item" : "arg";
         return finding_text{in_quotes(attribute) + " is not an attribute of this map (" + listed(m_schema) + ')' +
                                 did_you_mean(near.empty() ? near : in_quotes(near)),
-                            ustring8("the first <") + first + "> of the map names its attributes"};
+                            {},
+                            {findings.related("the attributes of the map are named here", m_first_row)}};
     });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -28,10 +29,13 @@ public:
     void check_names(file_findings& findings, const xml_document& document);
 
 private:
+    void note_schema(const xml_element& row);
     void check_row(file_findings& findings, const xml_element& row);
     void add_unknown(file_findings& findings, std::string_view attribute);
     bool is_arg_in_place(file_findings& findings, const xml_element& arg);
     bool add_misplaced(file_findings& findings, const xml_element& arg, rule broken, const finding_text& text);
+    void check_no_text(file_findings& findings, const xml_element& element, std::string_view text);
+    bool check_form(file_findings& findings, const xml_element& element, attribute_form form);
 
     const map_kind& m_kind;
     ustring8 m_name;
@@ -42,6 +46,8 @@ private:
     bool m_is_misplaced_arg_known = false;        // whether there is a finding of it already
     std::vector<ustring8> m_schema;               // the attribute names of the first row, in order
     std::vector<std::string_view> m_known_names;  // the same, sorted
+    std::string_view m_first_row;                 // its tag
+    std::set<std::string_view> m_wrong_names;     // attribute names of which there is a finding already
 };
 
 }  // namespace data_mapper4

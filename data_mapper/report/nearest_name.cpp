@@ -9,8 +9,7 @@ namespace {
 
 constexpr std::size_t longest_name = 40;
 
-// The costs of the edits. Names of which more than a third is changed are not near; of the shortest
-// names, nothing but the letter case may be.
+// The costs of the edits. A name is near if no more than about a quarter of its letters are changed.
 constexpr std::size_t whole_edit = 3;
 constexpr std::size_t case_edit = 1;
 
@@ -49,7 +48,8 @@ std::string_view nearest_name(std::string_view name, const std::vector<ustring8>
 {
     std::string_view nearest;
     if (name.size() > longest_name) return nearest;
-    std::size_t least = name.size() < whole_edit ? whole_edit : name.size() + 1;
+    std::size_t least = (name.size() + 2) / 4 * whole_edit + case_edit;
+    if (name.size() < 2) least = 0;
     for (std::size_t i = 0; i < candidates.size() && i < most; ++i) {
         const ustring8& candidate = candidates[i];
         if (candidate.size() > longest_name || candidate == name) continue;

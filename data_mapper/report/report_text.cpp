@@ -97,7 +97,10 @@ ustring8 load_report::text(bool is_colored) const
     static constexpr colors none;
     report_printer printer(is_colored ? terminal : none);
     for (const finding& each : findings()) printer.print(each);
-    return printer.take();
+    ustring8 text = printer.take();
+    const std::size_t left_out = errors() + warnings() - findings().size();
+    if (left_out != 0) text += std::to_string(left_out) + " more findings are not shown\n";
+    return text;
 }
 
 }  // namespace data_mapper4

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "data_mapper/map_kind.h"
+#include "data_mapper/report/nearest_name.h"
 #include "data_mapper/report/wording.h"
 #include "platform/xml_cursor.h"
 
@@ -30,6 +32,11 @@ constexpr known_entity known_entities[] = {
     {"auml", 228},   {"ouml", 246},   {"uuml", 252},    {"Auml", 196},   {"Ouml", 214},   {"Uuml", 220},
     {"szlig", 223},  {"eacute", 233}, {"egrave", 232},  {"agrave", 224}, {"ccedil", 231}, {"ntilde", 241},
 };
+
+bool is_known_tag(std::string_view tag)
+{
+    return tag == "maps" || tag == "include" || tag == "item" || tag == "arg" || find_kind(tag) != nullptr;
+}
 
 constexpr std::string_view known_encodings[] = {"utf-8", "utf-16", "utf-16le", "utf-16be", "iso-8859-1", "us-ascii"};
 
@@ -80,7 +87,7 @@ public:
             case xml_fault::forbidden_character:
                 return add_character();
             default:
-                return add(rule::bad_markup, character(), text_of(m_document.fault), markup_hint());
+                return add_markup();
         }
     }
 
@@ -126,11 +133,23 @@ private:
         const ustring8 end_tag = "</" + escaped(name) + '>';
         const std::string_view part = m_text.substr(m_document.fault_begin, name.size() + 2);
         if (m_open.empty()) return add(rule::end_tag_mismatch, part, end_tag + " closes nothing: no element is open");
+        // The start tag is misspelled, of which there is a finding already.
+        const bool is_near = !nearest_name(open_tag(), {ustring8(name)}).empty();
+        if (is_near && !is_known_tag(open_tag())) return;
         const std::vector<related_place> related = opened_here();
         const ustring8 line = std::to_string(related.front().where.line);
         add(rule::end_tag_mismatch, part,
-            end_tag + " does not close " + as_tag(open_tag()) + ", opened at line " + line,
-            "close it with </" + escaped(open_tag()) + ">, or write <" + escaped(open_tag()) + " .../>", related);
+            end_tag + " does not close " + as_tag(open_tag()) + ", opened at line " + line, mismatch_hint(name),
+            related);
+    }
+
+    ustring8 mismatch_hint(std::string_view name) const
+    {
+        const ustring8 open(open_tag());
+        const bool is_open = std::any_of(m_open.begin(), m_open.end(),
+                                         [&](std::size_t each) { return m_document.index.name_at(each) == name; });
+        if (open == "item" || open == "arg" || open == "include") return "write <" + open + " .../>";
+        return is_open ? "write </" + escaped(open) + "> before it" : "write </" + escaped(open) + "> here, or nothing";
     }
 
     // The fault is at the `&`.
@@ -154,8 +173,13 @@ private:
             add(rule::bad_encoding, name, "the file declares the encoding " + in_quotes(name) + " but is not in it",
                 "declare the encoding in which the file is saved");
         } else {
-            add(rule::bad_encoding, name, "the encoding " + in_quotes(name) + " is not supported",
-                "convert the file to UTF-8");
+            const bool is_latin1 = lower_case(name).find("latin") != ustring8::npos;
+            const ustring8 near(is_latin1 ? "ISO-8859-1"
+                                          : nearest_name(name, {"UTF-8", "UTF-16", "ISO-8859-1", "US-ASCII"}));
+            add(rule::bad_encoding, name,
+                "the encoding " + in_quotes(name) + " is not supported" +
+                    did_you_mean(near.empty() ? near : in_quotes(near)),
+                near.empty() ? "convert the file to UTF-8" : "");
         }
     }
 
@@ -173,15 +197,69 @@ private:
         add(rule::bad_character, m_text.substr(m_text.size()), message, hint);
     }
 
-    const char* markup_hint() const
+    void add_markup()
     {
+        const std::string_view before = m_text.substr(0, m_document.fault_begin);
         switch (m_document.fault) {
+            case xml_fault::end_inside_markup:
+                return add(rule::bad_markup, m_text.substr(m_document.sound_size, opening_size()),
+                           "this " + ustring8(opening_kind()) + " is not closed before the end of the file");
             case xml_fault::bare_ampersand:
             case xml_fault::missing_semicolon:
-                return "for the character itself write &amp;";
+                return add(rule::bad_markup, m_text.substr(before.rfind('&'), 1), text_of(m_document.fault),
+                           "for the character itself write &amp;");
+            case xml_fault::less_than_in_value:
+                if (const std::size_t quote = open_quote(); before.find('\n', quote) != std::string_view::npos) {
+                    return add(rule::bad_markup, m_text.substr(quote, 1), "the quote is not closed in this line");
+                }
+                break;
+            default:
+                break;
+        }
+        add(rule::bad_markup, character(), text_of(m_document.fault), markup_hint());
+    }
+
+    // What begins before the end of the text and is not finished there.
+    std::string_view opening() const { return m_text.substr(m_document.sound_size); }
+    bool opens(std::string_view markup) const { return opening().substr(0, markup.size()) == markup; }
+    std::size_t opening_size() const { return opens("<!--") ? 4 : std::min<std::size_t>(opening().size(), 2); }
+    const char* opening_kind() const
+    {
+        if (opens("<!--")) return "comment";
+        if (opens("<![")) return "CDATA section";
+        if (opens("<?")) return "processing instruction";
+        return opens("<!") ? "declaration" : opens("&") ? "reference" : "tag";
+    }
+
+    // The place of the quote that opens the value in which the fault is.
+    std::size_t open_quote() const
+    {
+        xml_cursor cursor(m_text.substr(m_document.sound_size + 1));
+        const char* const fault = m_text.data() + m_document.fault_begin;
+        const char* quote = cursor.at();
+        std::string_view name;
+        for (cursor.take_name(name); cursor.at() < fault; cursor.take_quoted(name, xml_fault::missing_quote)) {
+            cursor.skip_space();
+            cursor.take_name(name);
+            cursor.take_equal();
+            quote = cursor.at();
+            if (cursor.is_at_end()) break;
+        }
+        return static_cast<std::size_t>(quote - m_text.data());
+    }
+
+    const char* markup_hint() const
+    {
+        const char before = m_document.fault_begin == 0 ? ' ' : m_text[m_document.fault_begin - 1];
+        switch (m_document.fault) {
             case xml_fault::bare_less_than:
+                if (character() == " ") return "nothing may come between < and the name of a tag";
+                return "for the character itself write &lt;";
             case xml_fault::less_than_in_value:
                 return "for the character itself write &lt;";
+            case xml_fault::bad_tag_end:
+            case xml_fault::missing_space:
+                return before == '"' || before == '\'' ? "a quote may be missing or misplaced before it" : "";
             case xml_fault::missing_quote:
                 return "write attributes as name=\"value\"";
             case xml_fault::second_root:
