@@ -84,9 +84,9 @@ TEST(Tool, ChecksFilesAndCountsWhatIsWrong)
 {
     documents::check({{"0 1 file, 4 maps, 7 items: no errors|", {"$T check kinds"}},
                       {"0 1 file, 8 maps, 14 items: no errors|", {"$T check kinds kinds"}},
-                      {"0 1 file, no maps, no items: no errors, 1 warning; 1 finding not shown|",
+                      {"0 findings not shown: 1|1 file, no maps, no items: no errors, 1 warning|",
                        {"$T check --max-findings 0 warned", "$T check --within . --max-findings 0 warned"}},
-                      {"1 1 file, 1 map, 1 item: 1 error; 1 finding not shown|", {"$T check --max-findings 0 fault"}}},
+                      {"1 findings not shown: 1|1 file, 1 map, 1 item: 1 error|", {"$T check --max-findings 0 fault"}}},
                      outcome);
     check_starts({
         {"0 warned:1:", {"$T check warned", "$T check --color auto warned", "$T check --format text warned"}},

@@ -18,7 +18,6 @@ struct totals
     std::size_t items = 0;
     std::size_t errors = 0;
     std::size_t warnings = 0;
-    std::size_t left_out = 0;
     bool is_complete = true;
     bool is_missing = false;  // whether a master file cannot be opened
 };
@@ -32,7 +31,6 @@ void add(const load_report& report, totals& sums)
     for (const checked_map& map : report.maps()) sums.items += map.items;
     sums.errors += report.errors();
     sums.warnings += report.warnings();
-    sums.left_out += report.errors() + report.warnings() - report.findings().size();
     sums.is_complete = sums.is_complete && report.is_complete();
 }
 
@@ -47,7 +45,6 @@ void print_summary(const totals& sums)
     std::cout << count(sums.files.size(), "file") << ", " << count(sums.maps, "map") << ", "
               << count(sums.items, "item") << ": " << count(sums.errors, "error");
     if (sums.warnings != 0) std::cout << ", " << count(sums.warnings, "warning");
-    if (sums.left_out != 0) std::cout << "; " << count(sums.left_out, "finding") << " not shown";
     if (!sums.is_complete) std::cout << "; the check is incomplete";
     std::cout << '\n';
 }

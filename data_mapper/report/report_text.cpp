@@ -99,7 +99,7 @@ ustring8 load_report::text(bool is_colored) const
     for (const finding& each : findings()) printer.print(each);
     ustring8 text = printer.take();
     const std::size_t left_out = errors() + warnings() - findings().size();
-    if (left_out != 0) text += std::to_string(left_out) + " more findings are not shown\n";
+    if (left_out != 0) text += "findings not shown: " + std::to_string(left_out) + '\n';
     return text;
 }
 
