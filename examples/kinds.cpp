@@ -1,12 +1,13 @@
 // A lookup in each kind of map. Run it from the project's root directory.
 #include <iostream>
 
+#include "data_mapper/load_report.h"
 #include "data_mapper/map_collection.h"
 
 int main()
 {
     data_mapper4::map_collection maps;
-    auto result = maps.load(L"examples\\kinds.xml");
+    auto result = maps.load(data_mapper4::load_path("examples/kinds.xml"));
     if (result.type() != data_mapper4::map_error_t::no_error) {
         std::cerr << maps.map_error_as_string(result) << ", line " << result.line() << '\n';
         return 1;
@@ -28,4 +29,8 @@ int main()
     std::vector<std::map<std::string, std::string>> trains;
     maps.get_args_vector("trains", "Basel", trains);  // true, two sets, each with "name", "time" and "track"
     std::cout << trains[0]["name"] << ' ' << trains[0]["time"] << '\n';
+
+    data_mapper4::load_report report = data_mapper4::load_maps(maps, "examples/kinds.xml");
+    if (report.errors() != 0) std::cerr << report.text();
+    std::cout << report.maps().size() << " maps\n";
 }

@@ -1,8 +1,9 @@
 // A small host: loads the master file named on its command line, lists its maps and looks up a few items of each kind.
 //
-//     lookup 'examples\world\world.xml'
+//     lookup examples/world/world.xml
 #include <iostream>
 
+#include "data_mapper/load_report.h"
 #include "data_mapper/map_collection.h"
 
 namespace {
@@ -63,9 +64,8 @@ int main(int argc, char** argv)
         std::cerr << "usage: lookup MASTER_FILE\n";
         return 2;
     }
-    const auto path = NUVEK_2_18::strings::utf8_to_utf16(argv[1]);
     map_collection maps;
-    auto result = maps.load(std::wstring(path.begin(), path.end()));
+    auto result = maps.load(data_mapper4::load_path(argv[1]));
     std::cout << argv[1] << ": " << maps.map_error_as_string(result);
     if (result.type() != data_mapper4::map_error_t::no_error) std::cout << ", line " << result.line();
     std::cout << '\n';
