@@ -290,7 +290,7 @@ content_checker::role content_checker::add_unknown(const ustring8& hint)
             "unknown element " + as_tag(m_element.tag) + did_you_mean(near.empty() ? near : as_tag(near)),
             near.empty() ? hint : ""};
     });
-    if (inside().taken_as == role::map) inside().map->skip_unknown();
+    if (inside().taken_as == role::map) inside().map->skip_unknown(m_element);
     const map_kind* const meant = find_kind(near);
     if (meant == nullptr || m_element.form != kind::opening) return role::unknown;
     m_content = std::make_unique<map_content>(*meant, ustring8());

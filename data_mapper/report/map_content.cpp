@@ -14,9 +14,8 @@ void map_content::check_item(file_findings& findings, const xml_element& item, s
 {
     const bool is_row = m_kind.item == item_form::name_and_attributes;
     const auto form = is_row ? attribute_form::first : attribute_form::only;
-    skip_unknown();
+    skip_unknown(item);
     check_no_text(findings, item, text);
-    if (is_row) note_schema(item);
     if (!check_form(findings, item, form)) return;
     m_item = item.attributes.front().value.raw;
     if (!check_not_empty(findings, item, rule::empty_name)) return;
@@ -24,11 +23,12 @@ void map_content::check_item(file_findings& findings, const xml_element& item, s
     if (is_row) check_row(findings, item);
 }
 
-void map_content::skip_unknown()
+void map_content::skip_unknown(const xml_element& element)
 {
+    if (m_kind.item == item_form::name_and_attributes) note_schema(element);
     m_has_item = true;
     m_args = 0;
-    m_is_misplaced_arg_known = false;
+    m_is_misplaced_arg_known = m_is_misplaced_arg_known && m_kind.args == arg_form::none;
     m_item = {};
 }
 
@@ -65,7 +65,7 @@ bool map_content::is_arg_in_place(file_findings& findings, const xml_element& ar
     return true;
 }
 
-// Only the first such arg of an item: the others are the same mistake. Returns false.
+// Only the first such arg of an item, or of a collection map: the others are the same mistake. Returns false.
 bool map_content::add_misplaced(file_findings& findings, const xml_element& arg, rule broken, const finding_text& text)
 {
     if (!m_is_misplaced_arg_known) findings.add(broken, tag_part(arg), [&] { return text; });

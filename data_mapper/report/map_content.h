@@ -21,7 +21,7 @@ public:
     // `text` is the text in the element, up to the end of its line; empty if there is none.
     void check_item(file_findings& findings, const xml_element& item, std::string_view text, std::size_t position);
     // Says that there is an element in the map that may be meant to be an item.
-    void skip_unknown();
+    void skip_unknown(const xml_element& element);
 
     void check_arg(file_findings& findings, const xml_element& arg, std::string_view text);
 
