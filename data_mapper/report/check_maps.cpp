@@ -85,6 +85,8 @@ private:
         m_writer.state().result = master.result;
         if (master.opened.found == state::read) {
             enter(master.opened.file, no_number, {});
+        } else if (master.opened.found == state::beyond_limit) {
+            return;  // the limit is reported
         } else if (m_path.empty()) {
             const bool has_backslash = shown_master().find('\\') != ustring8::npos;
             m_writer.add_unplaced(shown_master(), rule::missing_file,

@@ -86,7 +86,7 @@ void content_checker::take()
             break;
     }
     const bool may_contain = taken_as == role::root || taken_as == role::map;
-    if (may_contain || m_is_include) check_texts();
+    if (may_contain || m_is_include) check_no_texts(m_findings, m_document, m_element, m_next);
     const bool is_opened = m_element.form == kind::opening && (may_contain || !is_left_open());
     map_content* const map = taken_as == role::item ? inside().map : m_content.get();
     if (is_opened) m_open.push_back({taken_as, m_element.tag, std::move(m_content), map, is_left_open()});
@@ -97,22 +97,9 @@ void content_checker::close()
 {
     // An element that is not closed cannot be around one that is, so this closes the innermost one.
     const role closed = inside().taken_as;
-    if (closed == role::root || closed == role::map) check_texts();
+    if (closed == role::root || closed == role::map) check_no_texts(m_findings, m_document, m_element, m_next);
     if (inside().content != nullptr) inside().content->check_names(m_findings, m_document);
     m_open.pop_back();
-}
-
-// Text of the element, where load ignores it.
-void content_checker::check_texts()
-{
-    for (std::size_t at = m_next - m_element.texts; at != m_next; ++at) {
-        const std::string_view text = first_text(m_document, at);
-        if (text.empty()) continue;
-        m_findings.add(rule::ignored_text, text, [&] {
-            return finding_text{"the text " + in_quotes(text) + " is ignored; " + as_tag(m_element.tag) +
-                                " contains only elements"};
-        });
-    }
 }
 
 // root = <maps>

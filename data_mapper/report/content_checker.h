@@ -69,7 +69,6 @@ private:
     role add_unknown(const ustring8& hint);
     void add_misplaced(rule broken, const ustring8& message, const ustring8& hint);
     void check_name(const ustring8& name);
-    void check_texts();
     bool is_left_open() const;
     open_element& inside() { return m_open.back(); }
 

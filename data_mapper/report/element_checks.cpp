@@ -132,6 +132,18 @@ std::string_view first_text(const xml_document& document, std::size_t position)
     return {};
 }
 
+void check_no_texts(file_findings& findings, const xml_document& document, const xml_element& element, std::size_t next)
+{
+    for (std::size_t at = next - element.texts; at != next; ++at) {
+        const std::string_view text = first_text(document, at);
+        if (text.empty()) continue;
+        findings.add(rule::ignored_text, text, [&] {
+            return finding_text{"the text " + in_quotes(text) + " is ignored; " + as_tag(element.tag) +
+                                " contains only elements"};
+        });
+    }
+}
+
 std::string_view tag_part(const xml_element& element)
 {
     const auto size = static_cast<std::size_t>(element.tag.data() - element.begin) + element.tag.size();

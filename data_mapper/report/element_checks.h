@@ -35,6 +35,10 @@ bool check_not_empty(file_findings& findings, const xml_element& element, rule b
 // stretch in the index. Empty if it is all blank.
 std::string_view first_text(const xml_document& document, std::size_t position);
 
+// Adds a finding for each text of an element, where load ignores it. `next` is the position of the next element.
+void check_no_texts(file_findings& findings, const xml_document& document, const xml_element& element,
+                    std::size_t next);
+
 // Returns the tag as it is written, without its attributes: `<item`, or `</item` of a closing element.
 std::string_view tag_part(const xml_element& element);
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "data_mapper/map_kind.h"
 #include "data_mapper/report/nearest_name.h"
 #include "data_mapper/report/wording.h"
+#include "data_mapper/report/xml_vocabulary.h"
 #include "platform/xml_cursor.h"
 
 namespace data_mapper4 {
@@ -17,35 +17,6 @@ using NUVEK_2_18::parser::xml_cursor;
 using NUVEK_2_18::parser::xml_document;
 using NUVEK_2_18::parser::xml_element;
 using NUVEK_2_18::parser::xml_fault;
-
-// What to write instead of the entities that people know from elsewhere.
-struct known_entity
-{
-    std::string_view name;
-    int code_point;
-};
-
-constexpr known_entity known_entities[] = {
-    {"nbsp", 160},   {"copy", 169},   {"reg", 174},     {"deg", 176},    {"middot", 183}, {"times", 215},
-    {"euro", 8364},  {"trade", 8482}, {"hellip", 8230}, {"ndash", 8211}, {"mdash", 8212}, {"bull", 8226},
-    {"lsquo", 8216}, {"rsquo", 8217}, {"ldquo", 8220},  {"rdquo", 8221}, {"laquo", 171},  {"raquo", 187},
-    {"auml", 228},   {"ouml", 246},   {"uuml", 252},    {"Auml", 196},   {"Ouml", 214},   {"Uuml", 220},
-    {"szlig", 223},  {"eacute", 233}, {"egrave", 232},  {"agrave", 224}, {"ccedil", 231}, {"ntilde", 241},
-};
-
-bool is_known_tag(std::string_view tag)
-{
-    return tag == "maps" || tag == "include" || tag == "item" || tag == "arg" || find_kind(tag) != nullptr;
-}
-
-constexpr std::string_view known_encodings[] = {"utf-8", "utf-16", "utf-16le", "utf-16be", "iso-8859-1", "us-ascii"};
-
-ustring8 lower_case(std::string_view text)
-{
-    ustring8 lower(text);
-    for (char& each : lower) each = each >= 'A' && each <= 'Z' ? static_cast<char>(each | 0x20) : each;
-    return lower;
-}
 
 class xml_finding
 {
@@ -156,31 +127,27 @@ private:
     void add_entity()
     {
         const std::string_view name = name_at(1);
-        const auto* const known = std::find_if(std::begin(known_entities), std::end(known_entities),
-                                               [&](const known_entity& each) { return each.name == name; });
+        const int known = code_point_of_entity(name);
         ustring8 message = "unknown entity &" + escaped(name) + ';';
-        if (known != std::end(known_entities)) message += "; write &#" + std::to_string(known->code_point) + ';';
+        if (known != 0) message += "; write &#" + std::to_string(known) + ';';
         add(rule::unknown_entity, m_text.substr(m_document.fault_begin, name.size() + 2), message,
-            known == std::end(known_entities) ? "XML knows only &lt; &gt; &amp; &quot; and &apos;" : "");
+            known != 0 ? "" : "XML knows only &lt; &gt; &amp; &quot; and &apos;");
     }
 
     // The text ends after the encoding's name.
     void add_encoding()
     {
         const std::string_view name = m_text.substr(m_text.find_last_of("'\"") + 1);
-        const bool is_known = std::count(std::begin(known_encodings), std::end(known_encodings), lower_case(name)) != 0;
-        if (is_known) {
+        if (is_known_encoding(name)) {
             add(rule::bad_encoding, name, "the file declares the encoding " + in_quotes(name) + " but is not in it",
                 "declare the encoding in which the file is saved");
-        } else {
-            const bool is_latin1 = lower_case(name).find("latin") != ustring8::npos;
-            const ustring8 near(is_latin1 ? "ISO-8859-1"
-                                          : nearest_name(name, {"UTF-8", "UTF-16", "ISO-8859-1", "US-ASCII"}));
-            add(rule::bad_encoding, name,
-                "the encoding " + in_quotes(name) + " is not supported" +
-                    did_you_mean(near.empty() ? near : in_quotes(near)),
-                near.empty() ? "convert the file to UTF-8" : "");
+            return;
         }
+        const ustring8 near = nearest_encoding(name);
+        add(rule::bad_encoding, name,
+            "the encoding " + in_quotes(name) + " is not supported" +
+                did_you_mean(near.empty() ? near : in_quotes(near)),
+            near.empty() ? "convert the file to UTF-8" : "");
     }
 
     void add_character()
