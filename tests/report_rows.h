@@ -192,13 +192,13 @@ const std::vector<row> rows = {
      "world.xml:4:1-4:1 error 2 the file ends before </map> [unclosed-element] | world.xml:2:3-2:7 <map> is opened "
      "here",
      "/>\n", "/>\n  </map>\n</maps>\n"},
-    {"wrong-root", "The root of a file is not <maps>. Load reads nothing of the file.", world("<Maps/>\n"),
+    {"wrong-root", "The root of a file is not `<maps>`. Load reads nothing of the file.", world("<Maps/>\n"),
      "world.xml:1:1-1:6 error 2 the root element is <Maps>, not <maps> [wrong-root]", "M", "m"},
     {"wrong-root", "", world("<map name=\"m\">\n  <item name=\"fr\"/>\n</map>\n"),
      "world.xml:1:1-1:5 error 2 the root element is <map>, not <maps> [wrong-root] = write <maps> and </maps> "
      "around the maps of a file",
      "<map name=\"m\">\n  <item name=\"fr\"/>\n</map>\n", map("map", "<item name=\"fr\"/>")},
-    {"nested-maps", "<maps> is inside another element. Load takes it for the end of the file.",
+    {"nested-maps", "`<maps>` is inside another element. Load takes it for the end of the file.",
      world(maps("<maps/>\n  <map name=\"m\"><item name=\"fr\"/></map>")),
      "world.xml:2:3-2:8 error 0 <maps> inside <maps> ends the file for load; nothing after it is loaded "
      "[nested-maps]",
