@@ -12,7 +12,7 @@ constexpr const char* head =
 
 These are the rules of `check_maps` and `load_maps`, each with an example, what `load_report::text` prints for it, and
 the example mended. "Load" is `map_collection::load`. A fault ends only the file that it is in: load goes on with the
-file that includes it.
+file that includes it. Bytes that are not ASCII are shown as `\xE9`.
 
 This page is made from `tests/report_rows.h` by `scripts/errors_page`.
 )";
@@ -42,6 +42,7 @@ int main()
     for (const row& each : rows) {
         if (!each.sentence.empty()) std::cout << "\n## " << each.rule << "\n\n" << each.sentence << '\n';
         if (each.wrong.empty()) continue;
+        std::cout << "\nWrong:\n";
         print(each.wrong, {});
         const auto text = [](const auto& path, const check_options& options) {
             return check_maps(path, options).text();
