@@ -41,7 +41,7 @@ void add_unexpected(file_findings& findings, const xml_element& element, std::st
         return finding_text{
             in_quotes(attribute) + " is not an attribute of " + as_tag(element.tag) +
                 (near.empty() ? ", which has only " + in_quotes(wanted) : did_you_mean(in_quotes(near))),
-            element.tag == "item" ? "the items of a <collection_map> have any attributes" : ""};
+            near.empty() && element.tag == "item" ? "the items of a <collection_map> have any attributes" : ""};
     });
 }
 

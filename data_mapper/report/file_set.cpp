@@ -48,8 +48,8 @@ bool file_set::count()
 ustring8 file_set::limit_text() const
 {
     if (m_counted > m_options.max_files)
-        return "more than " + std::to_string(m_options.max_files) + " files are included";
-    return "the files are larger than " + std::to_string(m_options.max_bytes) + " bytes together";
+        return "the limit of " + std::to_string(m_options.max_files) + " files is exceeded";
+    return "the limit of " + std::to_string(m_options.max_bytes) + " bytes is exceeded";
 }
 
 const file_set::opened& file_set::open(const std::wstring& path)
