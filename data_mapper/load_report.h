@@ -52,7 +52,8 @@ struct check_options
     // To the load, such a file does not exist.
     std::filesystem::path within = {};
 
-    // Whether to look into folders, to suggest a name for a missing file, and to compare the letter case of names.
+    // Whether to look into folders, to suggest a name for a missing file, and to compare the letter case of names. Some
+    // standard libraries end the program if memory runs out there.
     bool suggest_files = false;
 };
 

@@ -12,7 +12,8 @@ constexpr const char* head =
 
 These are the rules of `check_maps` and `load_maps`, each with an example, what `load_report::text` prints for it, and
 the example mended. "Load" is `map_collection::load`. A fault ends only the file that it is in: load goes on with the
-file that includes it. Bytes that are not ASCII are shown as `\xE9`.
+file that includes it. [format.md](format.md) says which kinds of map go on after a faulty arg. Bytes that are not ASCII
+are shown as `\xE9`.
 
 This page is made from `tests/report_rows.h` by `scripts/errors_page`.
 )";

@@ -41,9 +41,14 @@ thread_local failing_calls* memory = nullptr;  // counted while it is set
 }  // namespace
 
 // Not inlined: a compiler that sees only one of the two would warn of a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
+{
+    return memory != nullptr && memory->fails_now() ? nullptr : std::malloc(size);
+}
+
 [[gnu::noinline]] void* operator new(std::size_t size)
 {
-    void* const block = memory != nullptr && memory->fails_now() ? nullptr : std::malloc(size);
+    void* const block = operator new(size, std::nothrow);
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }

@@ -222,7 +222,7 @@ const std::vector<row> rows = {
      include, ""},
     {"nested-element", "An element is inside an item or an arg. Load leaves out the map and ends the file.",
      world(map("map", R"(<item name="fr"><item name="it"/></item>)")),
-     "world.xml:3:21-3:26 error 2 <item> inside <item>, which contains nothing [nested-element] = items and args "
+     "world.xml:3:21-3:26 error 2 <item> inside <item>, which must be empty [nested-element] = items and args "
      "follow one another; none contains another",
      R"(<item name="fr"><item name="it"/></item>)", R"(<item name="fr"/><item name="it"/>)"},
     {"arg-inside-item", "An arg is inside its item instead of after it. Load leaves out the map and ends the file.",
@@ -247,16 +247,16 @@ const std::vector<row> rows = {
      R"(<arg name="si"/>)", ""},
     {"include-content", "An include contains an element. Load follows the include and then ends the file.",
      world(maps(R"(<include file="french.xml"><item name="it"/></include>)"), {{"french.xml", french}}),
-     "world.xml:2:30-2:35 error 2 <item> inside <include>, which contains nothing [include-content] = write <include "
+     "world.xml:2:30-2:35 error 2 <item> inside <include>, which must be empty [include-content] = write <include "
      R"(file="..."/>)",
      R"(><item name="it"/></include>)", "/>"},
     {"text-in-element", "An item or an arg contains text. Load leaves out the map and ends the file.",
      world(map("map", R"(<item name="fr">oui</item>)")),
-     "world.xml:3:21-3:24 error 2 <item> contains no text [text-in-element] = "
+     "world.xml:3:21-3:24 error 2 <item> must not contain text [text-in-element] = "
      R"(write <arg name="..."/> after the item)",
      R"("fr">oui</item>)", R"("fr"/><arg name="oui"/>)"},
     {"text-in-element", "", world(map("map", R"(<item name="fr"/><arg name="oui">yes</arg>)")),
-     "world.xml:3:38-3:41 error 2 <arg> contains no text [text-in-element] = write <arg "
+     "world.xml:3:38-3:41 error 2 <arg> must not contain text [text-in-element] = write <arg "
      R"(name="..."/>)",
      ">yes</arg>", "/>"},
     {"ignored-text", "There is text between elements. Load ignores it.", world(map("map", R"(<item name="fr"/> oui)")),
@@ -264,7 +264,7 @@ const std::vector<row> rows = {
      R"(<arg name="oui"/>)"},
     {"missing-name", "A map, an include, an item or an arg lacks its name. Load leaves out the map and ends the file.",
      world(map("map", "<item/>")),
-     R"(world.xml:3:5-3:10 error 2 <item> needs the attribute "name" [missing-name] = write <item name="...">)",
+     R"(world.xml:3:5-3:10 error 2 <item> needs the attribute "name" [missing-name] = write <item name="..."/>)",
      "<item/>", R"(<item name="fr"/>)"},
     {"nameless-map", "A map element has neither a name nor content. Load skips it.", world(maps("<map/>")),
      "world.xml:2:3-2:7 error 0 <map> has no name and is skipped [nameless-map]", "<map/>", ""},

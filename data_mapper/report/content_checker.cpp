@@ -185,7 +185,7 @@ content_checker::role content_checker::check_in_item()
                       "write <item .../><arg .../>");
     } else if (!is_known) {
         add_misplaced(rule::nested_element,
-                      as_tag(m_element.tag) + " inside " + as_tag(around) + ", which contains nothing",
+                      as_tag(m_element.tag) + " inside " + as_tag(around) + ", which must be empty",
                       "items and args follow one another; none contains another");
     }
     if (is_item_or_arg(m_element.tag)) return check_item_or_arg();
@@ -196,7 +196,7 @@ content_checker::role content_checker::check_in_include()
 {
     const bool is_known = std::exchange(inside().is_content_known, true);
     if (!is_known) {
-        add_misplaced(rule::include_content, as_tag(m_element.tag) + " inside <include>, which contains nothing",
+        add_misplaced(rule::include_content, as_tag(m_element.tag) + " inside <include>, which must be empty",
                       "write <include file=\"...\"/>");
     }
     return check_in_unknown();

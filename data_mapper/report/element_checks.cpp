@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "data_mapper/map_kind.h"
 #include "data_mapper/report/nearest_name.h"
 #include "data_mapper/report/wording.h"
 #include "platform/xml_markup.h"
@@ -26,7 +27,8 @@ void add_missing(file_findings& findings, const xml_element& element, std::strin
     findings.add(rule::missing_name, tag_part(element), [&] {
         const ustring8 name(wanted);
         return finding_text{as_tag(element.tag) + " needs the attribute \"" + name + '"',
-                            "write <" + escaped(element.tag) + ' ' + name + "=\"...\">"};
+                            "write <" + escaped(element.tag) + ' ' + name + "=\"...\"" +
+                                (find_kind(element.tag) == nullptr ? "/>" : ">")};
     });
 }
 

@@ -16,12 +16,12 @@ using NUVEK_2_18::parser::text_file;
 using NUVEK_2_18::parser::xml_document;
 using NUVEK_2_18::parser::xml_fault;
 
-// Without symbolic links, if the system can follow them.
+// Without symbolic links; empty if the system cannot say.
 fs::path resolved(const fs::path& path)
 {
     std::error_code error;
     const fs::path found = fs::canonical(path, error);
-    return error ? path.lexically_normal() : found;
+    return error ? fs::path() : found;
 }
 
 NUVEK_2_18::strings::ustring16 units(const std::wstring& path)
@@ -66,8 +66,9 @@ file_set::opened file_set::read(const std::wstring& path, bool is_master)
     text_file source(units(path));
     const ustring8 name = shown(source.path());
     if (!source.is_open()) return {state::missing, no_number, name};
-    const fs::path identity = resolved(fs::u8path(source.path()));
+    fs::path identity = resolved(fs::u8path(source.path()));
     if (!is_master && !is_within(identity)) return {state::outside, no_number, name};
+    if (identity.empty()) identity = fs::u8path(source.path()).lexically_normal();
     const auto known = m_by_identity.find(identity);
     if (known != m_by_identity.end()) return {state::read, known->second, name};
 
@@ -84,13 +85,16 @@ file_set::opened file_set::read(const std::wstring& path, bool is_master)
 // load_path() names the current folder if the master file's path names none.
 ustring8 file_set::shown(const ustring8& path) const
 {
-    const bool is_dot_hidden = !m_is_folder_shown && path.size() > 2 && path[0] == '.';
+    const bool is_dot_hidden =
+        !m_is_folder_shown && path.size() > 2 && path[0] == '.' && path[2] != '/' && path[2] != '\\';
     fs::path name = fs::u8path(is_dot_hidden ? path.substr(2) : path);
     return path_text(name.make_preferred());
 }
 
 bool file_set::is_within(const fs::path& canonical) const
 {
+    if (m_options.within.empty()) return true;
+    if (m_within.empty() || canonical.empty()) return false;
     return std::mismatch(m_within.begin(), m_within.end(), canonical.begin(), canonical.end()).first == m_within.end();
 }
 

@@ -54,9 +54,6 @@ finding_text include_advice::explain_missing(const ustring8& written, const ustr
 
 ustring8 include_advice::find_unportable(const ustring8& written, const ustring8& opened)
 {
-    if (fs::path::preferred_separator != '\\' && opened.find('\\') != ustring8::npos) {
-        return in_quotes(written) + " has a backslash in a name, which other systems take for a separator";
-    }
     if (written.find('\\') != ustring8::npos) {
         return in_quotes(written) +
                " has a backslash, which sets the base directory if the host has not; write slashes";
@@ -67,7 +64,8 @@ ustring8 include_advice::find_unportable(const ustring8& written, const ustring8
     const std::vector<ustring8>& names = names_in(path.parent_path());
     const auto is_variant = [&](const ustring8& each) { return is_same_but_for_case(each, name); };
     const auto variant = std::find_if(names.begin(), names.end(), is_variant);
-    if (variant == names.end() || std::binary_search(names.begin(), names.end(), name)) return {};
+    const bool is_exact = !m_has_all_names || std::binary_search(names.begin(), names.end(), name);
+    if (variant == names.end() || is_exact) return {};
     return "the file is called " + in_quotes(*variant) + "; other systems tell upper and lower case apart";
 }
 
@@ -91,10 +89,12 @@ const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
     m_folder = folder;
     m_is_folder_known = true;
     m_names.clear();
+    m_has_all_names = true;
     std::error_code error;
     const fs::path looked_into = folder.empty() ? fs::path(".") : folder;
     for (fs::directory_iterator entry(looked_into, error), end; !error && entry != end; entry.increment(error)) {
-        if (m_names.size() == most_names) break;
+        m_has_all_names = m_names.size() < most_names;
+        if (!m_has_all_names) break;
         m_names.push_back(path_text(entry->path().filename()));
     }
     std::sort(m_names.begin(), m_names.end());

@@ -33,6 +33,7 @@ private:
     std::filesystem::path m_folder;  // the one that was looked into last
     bool m_is_folder_known = false;
     std::vector<ustring8> m_names;  // of the files and folders in it, sorted
+    bool m_has_all_names = true;    // false if there are more
 };
 
 }  // namespace data_mapper4

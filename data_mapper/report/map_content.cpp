@@ -16,6 +16,7 @@ void map_content::check_item(file_findings& findings, const xml_element& item, s
     const auto form = is_row ? attribute_form::first : attribute_form::only;
     skip_unknown(item);
     check_no_text(findings, item, text);
+    if (!text.empty() && item.attributes.empty()) return;  // the text was meant to be the name
     if (!check_form(findings, item, form)) return;
     m_item = item.attributes.front().value.raw;
     if (!check_not_empty(findings, item, rule::empty_name)) return;
@@ -40,6 +41,7 @@ void map_content::check_arg(file_findings& findings, const xml_element& arg, std
     ++m_args;
     check_no_text(findings, arg, text);
     if (is_row) note_schema(arg);
+    if (!text.empty() && arg.attributes.empty()) return;
     if (!check_form(findings, arg, is_row ? attribute_form::first : attribute_form::only)) return;
     const rule if_empty = is_row ? rule::empty_name : rule::empty_text;
     if (m_kind.args != arg_form::text && !check_not_empty(findings, arg, if_empty)) return;
@@ -80,7 +82,7 @@ void map_content::check_no_text(file_findings& findings, const xml_element& elem
         const char* hint = "write <arg name=\"...\"/>";
         if (m_kind.args == arg_form::none) hint = "write it as an attribute of the item";
         if (m_kind.args != arg_form::none && element.tag == "item") hint = "write <arg name=\"...\"/> after the item";
-        return finding_text{as_tag(element.tag) + " contains no text", hint};
+        return finding_text{as_tag(element.tag) + " must not contain text", hint};
     });
 }
 

@@ -39,7 +39,7 @@ public:
         const bool is_error = each.level == severity::error;
         print_head(each.where, is_error ? m_colors.error : m_colors.warning, is_error ? "error" : "warning");
         m_text += each.message + " [" + each.rule + "]\n";
-        if (each.where.line != 0) print_source(each);
+        if (!each.source.empty()) print_source(each);
         if (!each.hint.empty()) m_text += "  = " + each.hint + '\n';
         for (const related_place& other : each.related) print_note(other.where, other.message);
         for (const file_place& include : each.included_by) print_note(include, "included here");

@@ -229,6 +229,8 @@ private:
                 return before == '"' || before == '\'' ? "a quote may be missing or misplaced before it" : "";
             case xml_fault::missing_quote:
                 return "write attributes as name=\"value\"";
+            case xml_fault::text_outside_root:
+                return "a file of maps begins with <maps>";
             case xml_fault::second_root:
                 return "everything belongs between <maps> and </maps>";
             case xml_fault::late_declaration:

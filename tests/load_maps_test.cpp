@@ -1,0 +1,136 @@
+// Sets of files that are large or odd, load_maps and load_path.
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "data_mapper/load_report.h"
+#include "documents.h"
+
+using namespace data_mapper4;
+
+TEST(Report, TakesTimeInProportionToTheFiles)
+{
+    const auto repeated = [](std::size_t times, const std::string& text) {
+        std::string all;
+        while (times-- > 0) all += text;
+        return all;
+    };
+    const auto begin = std::chrono::steady_clock::now();
+    const auto errors = [&](const std::string& content) {
+        const documents::folder home;
+        home.write("a", "<maps>" + content + "</maps>");
+        const load_report report = check_maps(home.system_path("a"));
+        EXPECT_EQ(report.findings().size(), 1000U);
+        return report.errors();
+    };
+    std::string known;
+    std::string wrong;
+    for (int i = 0; i < 1000; ++i) known += " known" + std::to_string(i) + "=''";
+    for (int i = 0; i < 1000; ++i) wrong += " wrong" + std::to_string(i) + "=''";
+    const std::string row = "<item name='a'" + wrong + "/>";
+    EXPECT_EQ(
+        errors("<collection_map name='m'><item name='b'" + known + "/>" + repeated(100, row) + "</collection_map>"),
+        1000U + 99);
+    EXPECT_EQ(errors("<map name='m'>" + repeated(500000, "<item name='k'/>") + "</map>"), 499999U);
+    EXPECT_EQ(errors("<map name='m'>" + repeated(200000, "<item name='k'>") + repeated(200000, "</item>") + "</map>"),
+              199999U * 2);
+    EXPECT_EQ(errors(repeated(200000, "<map name='k'>") + repeated(200000, "</map>")), 199999U * 2);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+TEST(Report, FindsItsPlaceInALargeFileWithoutLineBreaks)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    constexpr std::size_t size = 1000000;
+#else
+    constexpr std::size_t size = 100000000;
+#endif
+    const documents::folder home;
+    std::string text = "<maps><!--" + std::string(size, 'x') + "--><x/></maps>";
+    home.write("a", text);
+    const auto begin = std::chrono::steady_clock::now();
+    const load_report report = check_maps(home.system_path("a"));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    ASSERT_EQ(report.findings().size(), 1U);
+    const finding& each = report.findings().front();
+    EXPECT_EQ(each.where.line, 1U);
+    EXPECT_EQ(each.where.column, size + 14);
+    EXPECT_EQ(each.source, std::string(97, 'x') + "--><x/></maps>");
+    EXPECT_EQ(each.source_column, size + 14 - 100);
+}
+
+TEST(LoadMaps, ReplacesAllOrNothing)
+{
+    struct opened : map_collection
+    {
+        using map_collection::m_base_dir;
+        using map_collection::m_file;
+    };
+    const documents::folder home;
+    home.write("old/a", documents::four_maps("old"));
+    home.write("new/a", "<maps><include file='b'/><map name='without content'/></maps>");
+    home.write("new/b", documents::four_maps("new"));
+    home.write("new/bad", "<maps><include file='b'/><include file='c'/></maps>");
+    opened maps;
+    opened fresh;
+    const auto expect_same = [&](const std::string& prefix) {
+        EXPECT_EQ(maps.maps(), fresh.maps());
+        EXPECT_EQ(documents::all_answers(maps, prefix), documents::all_answers(fresh, prefix));
+        EXPECT_TRUE(maps.m_base_dir == fresh.m_base_dir && maps.m_file == fresh.m_file);
+    };
+    EXPECT_EQ(load_maps(maps, home.system_path("old/a")).errors(), 0U);
+    fresh.load(home.path("old/a"));
+    expect_same("old");
+    EXPECT_EQ(load_maps(maps, home.system_path("new/bad")).errors(), 1U);
+    EXPECT_EQ(load_maps(maps, home.system_path("none")).errors(), 1U);
+    expect_same("old");
+    EXPECT_EQ(load_maps(maps, home.system_path("new/a")).warnings(), 1U);
+    fresh = opened();
+    fresh.load(home.path("new/a"));
+    expect_same("new");
+}
+
+#if defined(__linux__)
+
+TEST(LoadPath, IsThePathThatLoadWants)
+{
+    const std::vector<std::pair<std::wstring, std::vector<std::string>>> rows = {
+        {L".\\a.xml", {"a.xml", "./a.xml"}},
+        {L"\\d\\a", {"/d/a"}},
+        {L"d\\\xE9\xD83D\xDE00", {"d/\xC3\xA9\xF0\x9F\x98\x80"}},
+        // nothing, a backslash in a name, a zero, not UTF-8
+        {L"", {"", "a\\b", std::string("a\0b", 3), "\xFF", "\xED\xA0\x80"}},
+    };
+    for (const auto& [expected, paths] : rows) {
+        for (const std::string& path : paths) EXPECT_EQ(load_path(path), expected) << path;
+    }
+}
+
+TEST(Report, FollowsSymbolicLinksToWhereTheyLead)
+{
+    const documents::folder home;
+    home.write("d/a", "<maps><include file='in'/><include file='out'/></maps>");
+    home.write("d/b", "<maps/>");
+    home.write("c", "<x/>");
+    std::filesystem::create_symlink("b", home.system_path("d/in"));
+    std::filesystem::create_symlink("../c", home.system_path("d/out"));
+    std::filesystem::create_symlink("d", home.system_path("link"));
+    check_options options;
+    options.within = home.system_path("link");
+    const load_report report = check_maps(home.system_path("d/a"), options);
+    ASSERT_EQ(report.findings().size(), 1U);
+    EXPECT_EQ(report.findings().front().rule + report.findings().front().message,
+              "outside-folder\"out\" is outside the folder that includes must stay in");
+}
+
+TEST(Report, WarnsOfFilesThatOtherSystemsDoNotFind)
+{
+    const documents::folder home;
+    home.write("d/a", "<maps><include file='e\\b'/></maps>");
+    home.write("d/e/b", "<maps/>");
+    const load_report report = check_maps(home.system_path("d/a"));
+    ASSERT_TRUE(report.warnings() == 1 && report.errors() == 0);
+    EXPECT_EQ(report.findings().front().rule, "unportable-path");
+}
+
+#endif
