@@ -132,7 +132,8 @@ public:
     // The maps that load loads, in the order of their names.
     const std::vector<checked_map>& maps() const;
 
-    // The files in the order of reading, the master file first.
+    // The files that load read, in that order, then those that were only checked. Empty if the master file cannot be
+    // opened.
     const std::vector<checked_file>& files() const;
 
     // The numbers of errors and of warnings, whether kept or not.
