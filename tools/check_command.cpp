@@ -67,7 +67,7 @@ exit_code run_check(const command_options& options)
     for (const auto& file : options.files) {
         const load_report report = check_maps(file, options.check);
         add(report, sums);
-        sums.is_missing = sums.is_missing || !can_be_opened(file);
+        sums.is_missing = sums.is_missing || report.files().empty();
         if (options.is_json) output["masters"].push_back(json_of(report, file));
         if (!options.is_json) std::cout << report.text(is_in_color);
     }
