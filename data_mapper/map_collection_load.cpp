@@ -76,7 +76,7 @@ private:
     {
         std::set<entry>::iterator entered;
         std::unique_ptr<xml_stream_parser> parser;
-        std::size_t position;  // of the element being taken
+        std::size_t position = 0;  // of the element being taken
     };
 
     // Ends a file with this code, and returns false. The line stays that of the last table load or opening.
@@ -92,9 +92,9 @@ private:
     void open(const std::wstring& base_dir, const std::wstring& rest, std::size_t include)
     {
         const bool is_cut = base_dir.size() + rest.size() > longest_path;
-        std::wstring file(base_dir, 0, longest_path);  // not in place: the rest may be the last file's path
-        file.append(rest, 0, longest_path - file.size());
-        m_maps.m_file = std::move(file);
+        std::wstring path(base_dir, 0, longest_path);  // not in place: the rest may be the last file's path
+        path.append(rest, 0, longest_path - path.size());
+        m_maps.m_file = std::move(path);
         if (m_maps.m_base_dir.empty()) m_maps.m_base_dir = rest.substr(0, rest.rfind(L'\\') + 1);
         m_maps.m_error = map_error_t();
         m_is_ended = m_listener != nullptr && !m_listener->on_open(m_maps.m_file, include);
@@ -109,8 +109,10 @@ private:
             refuse(map_error_t::invalid_format);
             return;
         }
-        m_chain.push_back({entered.first, make_parser(m_maps.m_file), 0});
-        if (!parse(*m_chain.back().parser)) close();
+        open_file& file = m_chain.emplace_back();
+        file.entered = entered.first;
+        file.parser = make_parser(m_maps.m_file);
+        if (!parse(*file.parser)) close();
     }
 
     std::unique_ptr<xml_stream_parser> make_parser(const std::wstring& path)

@@ -29,7 +29,7 @@ std::vector<ustring8> known_tags(bool is_in_map)
 
 }  // namespace
 
-content_checker::content_checker(file_findings findings, const xml_document& document, std::size_t reading,
+content_checker::content_checker(const file_findings& findings, const xml_document& document, std::size_t reading,
                                  map_names& names)
     : m_findings(findings), m_document(document), m_reading(reading), m_names(names), m_left_open(left_open(document))
 {
@@ -88,9 +88,9 @@ void content_checker::take()
     const bool may_contain = taken_as == role::root || taken_as == role::map;
     if (may_contain || m_is_include) check_no_texts(m_findings, m_document, m_element, m_next);
     const bool is_opened = m_element.form == kind::opening && (may_contain || !is_left_open());
-    map_content* const map = taken_as == role::item ? inside().map : m_content.get();
-    if (is_opened) m_open.push_back({taken_as, m_element.tag, std::move(m_content), map, is_left_open()});
-    m_content.reset();
+    std::unique_ptr<map_content> content = std::exchange(m_content, nullptr);
+    map_content* const map = taken_as == role::item ? inside().map : content.get();
+    if (is_opened) m_open.push_back({taken_as, m_element.tag, std::move(content), map, is_left_open()});
 }
 
 void content_checker::close()

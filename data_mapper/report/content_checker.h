@@ -18,7 +18,7 @@ class content_checker
 {
 public:
     // `reading` is the number of the file's first reading; no_number if load did not read it.
-    content_checker(file_findings findings, const xml_document& document, std::size_t reading, map_names& names);
+    content_checker(const file_findings& findings, const xml_document& document, std::size_t reading, map_names& names);
 
     // Checks on up to the next include. Returns false at the end of the file.
     bool next();

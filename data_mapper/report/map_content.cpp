@@ -135,9 +135,10 @@ void map_content::check_names(file_findings& findings, const xml_document& docum
     const gathered_item* first = nullptr;
     for (const item_batch::sorted_item& each : m_items.sorted) {
         const gathered_item& item = m_items.items[each.item];
-        const bool is_new = first == nullptr || first->key != item.key;
-        if (is_new) first = &item;
-        if (is_new) continue;
+        if (first == nullptr || first->key != item.key) {
+            first = &item;
+            continue;
+        }
         findings.add(rule::duplicate_item, value_of(item), [&] {
             return finding_text{"item " + in_quotes(item.key) + " is declared twice in map " + in_quotes(m_name),
                                 {},

@@ -22,12 +22,11 @@ char lower(char letter)
 std::size_t distance(std::string_view a, std::string_view b)
 {
     using row = std::array<std::size_t, longest_name + 1>;
-    row before_last = {};
     row last = {};
     row current = {};
     for (std::size_t j = 0; j <= b.size(); ++j) current[j] = j * whole_edit;
     for (std::size_t i = 1; i <= a.size(); ++i) {
-        before_last = last;
+        const row before_last = last;
         last = current;
         current[0] = i * whole_edit;
         for (std::size_t j = 1; j <= b.size(); ++j) {

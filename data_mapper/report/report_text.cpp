@@ -24,6 +24,7 @@ struct colors
     const char* end = "";
 };
 
+constexpr colors no_colors = {};
 constexpr colors terminal = {"\x1B[1m", "\x1B[1;31m", "\x1B[1;35m", "\x1B[1;36m", "\x1B[1;32m", "\x1B[m"};
 
 // Precedes a line that was cut at its beginning.
@@ -94,8 +95,7 @@ private:
 
 ustring8 load_report::text(bool is_colored) const
 {
-    static constexpr colors none;
-    report_printer printer(is_colored ? terminal : none);
+    report_printer printer(is_colored ? terminal : no_colors);
     for (const finding& each : findings()) printer.print(each);
     ustring8 text = printer.take();
     const std::size_t left_out = errors() + warnings() - findings().size();
