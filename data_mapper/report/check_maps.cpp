@@ -89,13 +89,14 @@ private:
             return;  // the limit is reported
         } else if (m_path.empty()) {
             const bool has_backslash = shown_master().find('\\') != ustring8::npos;
-            m_writer.add_unplaced(shown_master(), rule::missing_file,
-                                  {has_backslash ? "a path with a backslash in a name cannot be loaded"
-                                                 : "a path that is empty or not Unicode cannot be loaded",
-                                   has_backslash ? "write the path with slashes" : ""});
+            m_writer.add_unplaced(
+                shown_master(), rule::missing_file,
+                {has_backslash ? "a path with a backslash in a name cannot be loaded"
+                               : "a path that is empty, is not Unicode or contains a zero cannot be loaded",
+                 has_backslash ? "write the path with slashes" : ""});
         } else {
             m_writer.add_unplaced(shown_master(), rule::missing_file,
-                                  m_advice.explain_missing(shown_master(), shown_master(), shown_master()));
+                                  m_advice.explain_missing(shown_master(), shown_master(), shown_master(), m_files));
         }
     }
 
@@ -156,7 +157,7 @@ private:
     void add_missing(content_checker& from, const ustring8& opened)
     {
         from.findings().add(rule::missing_file, from.include_part(), [&] {
-            return m_advice.explain_missing(from.include_path(), opened, m_files.path(m_chain.back().file));
+            return m_advice.explain_missing(from.include_path(), opened, m_files.path(m_chain.back().file), m_files);
         });
     }
 

@@ -16,11 +16,12 @@ using NUVEK_2_18::parser::text_file;
 using NUVEK_2_18::parser::xml_document;
 using NUVEK_2_18::parser::xml_fault;
 
-// Without symbolic links; empty if the system cannot say.
+// Without symbolic links, as far as the path exists; empty if the system cannot say.
 fs::path resolved(const fs::path& path)
 {
     std::error_code error;
-    const fs::path found = fs::canonical(path, error);
+    fs::path found = fs::canonical(path, error);
+    if (error) found = fs::weakly_canonical(path, error);
     return error ? fs::path() : found;
 }
 
@@ -65,9 +66,10 @@ file_set::opened file_set::read(const std::wstring& path, bool is_master)
 {
     text_file source(units(path));
     const ustring8 name = shown(source.path());
+    const bool is_bounded = !is_master && !source.path().empty();
+    if (is_bounded && !is_allowed(fs::u8path(source.path()))) return {state::outside, no_number, name};
     if (!source.is_open()) return {state::missing, no_number, name};
     fs::path identity = resolved(fs::u8path(source.path()));
-    if (!is_master && !is_within(identity)) return {state::outside, no_number, name};
     if (identity.empty()) identity = fs::u8path(source.path()).lexically_normal();
     const auto known = m_by_identity.find(identity);
     if (known != m_by_identity.end()) return {state::read, known->second, name};
@@ -91,11 +93,12 @@ ustring8 file_set::shown(const ustring8& path) const
     return path_text(name.make_preferred());
 }
 
-bool file_set::is_within(const fs::path& canonical) const
+bool file_set::is_allowed(const fs::path& folder) const
 {
     if (m_options.within.empty()) return true;
-    if (m_within.empty() || canonical.empty()) return false;
-    return std::mismatch(m_within.begin(), m_within.end(), canonical.begin(), canonical.end()).first == m_within.end();
+    const fs::path place = resolved(folder);
+    if (m_within.empty() || place.empty()) return false;
+    return std::mismatch(m_within.begin(), m_within.end(), place.begin(), place.end()).first == m_within.end();
 }
 
 }  // namespace data_mapper4

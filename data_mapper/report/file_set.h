@@ -52,6 +52,9 @@ public:
     bool is_limit_reached() const { return m_is_limit_reached; }
     ustring8 limit_text() const;
 
+    // Whether includes may lead into this folder.
+    bool is_allowed(const std::filesystem::path& folder) const;
+
     // Counts a file, and returns false if that is too many. To be called before open.
     bool count();
 
@@ -65,7 +68,6 @@ private:
 
     opened read(const std::wstring& path, bool is_master);
     ustring8 shown(const ustring8& path) const;
-    bool is_within(const std::filesystem::path& canonical) const;
 
     const check_options& m_options;
     std::filesystem::path m_within;  // canonical; empty if includes may lead anywhere

@@ -29,7 +29,8 @@ ustring8 with_name(const ustring8& written, const ustring8& name)
 
 }  // namespace
 
-finding_text include_advice::explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including)
+finding_text include_advice::explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including,
+                                             const file_set& files)
 {
     std::error_code error;
     const fs::path path = fs::u8path(opened);
@@ -37,17 +38,18 @@ finding_text include_advice::explain_missing(const ustring8& written, const ustr
     if (fs::is_regular_file(status)) return {in_quotes(written) + " cannot be opened"};
     if (fs::exists(status)) return {in_quotes(written) + " is not a file"};
     finding_text text = {in_quotes(written) + " does not exist"};
-    if (!m_may_look || opened.empty()) return text;
+    if (!m_may_look || opened.empty() || !files.is_allowed(path.parent_path())) return text;
 
     const ustring8 name = path_text(path.filename());
     const ustring8 near = near_file(path);
     if (!near.empty()) text.message += did_you_mean(in_quotes(with_name(written, near)));
     if (is_same_but_for_case(near, name)) text.hint = "the letter case of file names counts";
 
-    const fs::path beside = fs::u8path(including).parent_path();
-    if (near.empty() && beside != m_base && fs::is_regular_file(beside / fs::u8path(written), error)) {
-        const fs::path better = (beside / fs::u8path(written)).lexically_relative(m_base);
-        text.hint = "includes are relative to the folder of the master file: write " + in_quotes(path_text(better));
+    const fs::path beside = fs::u8path(including).parent_path() / fs::u8path(written);
+    const bool is_relative = fs::u8path(written).is_relative() && files.is_allowed(beside);
+    if (near.empty() && is_relative && beside.parent_path() != m_base && fs::is_regular_file(beside, error)) {
+        const ustring8 better = path_text(beside.lexically_relative(m_base));
+        text.hint = "includes are relative to the folder of the master file: write " + in_quotes(better);
     }
     return text;
 }
@@ -80,7 +82,8 @@ ustring8 include_advice::near_file(const fs::path& path)
         if (has_extension) stems.push_back(name.substr(0, name.size() - extension.size()));
     }
     const ustring8 near(nearest_name(path_text(path.stem()), stems, most_names));
-    return near.empty() ? near : near + extension;
+    if (!near.empty()) return near + extension;
+    return ustring8(nearest_name(path_text(path.filename()), names_in(path.parent_path()), most_names));
 }
 
 const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
@@ -95,7 +98,8 @@ const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
     for (fs::directory_iterator entry(looked_into, error), end; !error && entry != end; entry.increment(error)) {
         m_has_all_names = m_names.size() < most_names;
         if (!m_has_all_names) break;
-        m_names.push_back(path_text(entry->path().filename()));
+        std::error_code unknown;
+        if (entry->is_regular_file(unknown)) m_names.push_back(path_text(entry->path().filename()));
     }
     std::sort(m_names.begin(), m_names.end());
     return m_names;

@@ -18,8 +18,9 @@ public:
     }
 
     // Explains why a file cannot be read. `written` is the path in the include, `opened` that of the file which load
-    // tried to open; `including` is the file with the include.
-    finding_text explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including);
+    // tried to open; `including` is the file with the include. Looks only into folders that `files` allows.
+    finding_text explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including,
+                                 const file_set& files);
 
     // Says why the file is not found on every system; empty if it is.
     ustring8 find_unportable(const ustring8& written, const ustring8& opened);
@@ -32,7 +33,7 @@ private:
     bool m_may_look;
     std::filesystem::path m_folder;  // the one that was looked into last
     bool m_is_folder_known = false;
-    std::vector<ustring8> m_names;  // of the files and folders in it, sorted
+    std::vector<ustring8> m_names;  // of the files in it, sorted
     bool m_has_all_names = true;    // false if there are more
 };
 

@@ -52,6 +52,7 @@ void report_writer::add(std::size_t content, rule broken, std::size_t begin, std
     made.included_by = includes_of(content);
     m_contents[content].entries.push_back({begin, false, m_findings.size()});
     explain(m_contents[content], traits, begin, m_findings.size());
+    if (broken == rule::include_cycle || broken == rule::included_twice) m_repetition = m_findings.size();
     m_findings.push_back(std::move(made));
 }
 
@@ -125,6 +126,8 @@ std::vector<std::size_t> report_writer::reading_order()
 load_report report_writer::finish()
 {
     for (ordered_content& each : m_contents) {
+        // Files that are read again may end load at any map; the include is to blame.
+        if (each.explanation == no_number) each.explanation = m_repetition;
         std::stable_sort(each.entries.begin(), each.entries.end(),
                          [](const entry& a, const entry& b) { return a.begin < b.begin; });
         const bool is_explained = each.content.code != map_error_t::no_error && each.explanation != no_number;

@@ -89,8 +89,9 @@ private:
     std::size_t m_most;
     std::unique_ptr<load_report::state> m_state;
     std::vector<ordered_content> m_contents;
-    std::vector<finding> m_findings;      // in the order of being found
-    std::vector<std::size_t> m_unplaced;  // numbers of findings
+    std::vector<finding> m_findings;       // in the order of being found
+    std::size_t m_repetition = no_number;  // the last finding of a file that is included again
+    std::vector<std::size_t> m_unplaced;   // numbers of findings
 };
 
 }  // namespace data_mapper4
