@@ -220,7 +220,7 @@ TEST(Report, WritesNamesSoThatTheyCanBePrinted)
         {R"("a\n\r\t\u{7F}b")", {"a&#10;&#13;&#9;&#127;b"}},
         {R"("\u{202E}\u{E0041}\u{FEFF}")", {"\xE2\x80\xAE\xF3\xA0\x81\x81&#xFEFF;"}},
         {'"' + replaced(std::string(80, 'n'), "n", "\xC3\xA9") + "...\"",
-         {replaced(std::string(81, 'n'), "n", "\xC3\xA9"), replaced(std::string(100000, 'n'), "n", "\xC3\xA9")}},
+         {replaced(std::string(81, 'n'), "n", "\xC3\xA9"), replaced(std::string(2000, 'n'), "n", "\xC3\xA9")}},
         {'"' + std::string(80, 'n') + '"', {std::string(80, 'n')}},
     };
     check(rows, twice);
