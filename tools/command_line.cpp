@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "data_mapper/report/wording.h"
+#include "data_mapper/version.h"
 
 namespace data_mapper4::tool {
 
@@ -62,7 +63,7 @@ private:
 command_line::command_line()
 {
     m_app.name("data_mapper");
-    m_app.set_version_flag("--version", "data_mapper " DATA_MAPPER4_VERSION, "Print the version");
+    m_app.set_version_flag("--version", "data_mapper " + version(), "Print the version");
     m_app.set_help_flag("--help", "Print this help");
     m_app.allow_windows_style_options(false);
     m_app.require_subcommand(1);
