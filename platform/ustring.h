@@ -7,8 +7,11 @@
 
 #include <string>
 
-// Marks what the shared library exports. DATA_MAPPER4_BUILD is defined while the library itself is built.
-#if !defined(_WIN32)
+// Marks what the shared library exports. DATA_MAPPER4_BUILD is defined while that is built; DATA_MAPPER4_STATIC while a
+// static library is built, and by hosts that link it, for which its packages see.
+#if defined(DATA_MAPPER4_STATIC)
+#define DATA_MAPPER4_API
+#elif !defined(_WIN32)
 #define DATA_MAPPER4_API __attribute__((visibility("default")))
 #elif defined(DATA_MAPPER4_BUILD)
 #define DATA_MAPPER4_API __declspec(dllexport)
