@@ -21,6 +21,9 @@ target_link_libraries(data_mapper4_objects PRIVATE $<BUILD_INTERFACE:data_mapper
 
 add_subdirectory(examples)
 
+# What follows is never compiled in one unit: each test has short names of its own.
+set(CMAKE_UNITY_BUILD OFF)
+
 if(DATA_MAPPER4_TESTS)
     enable_testing()
     add_subdirectory(tests)

@@ -7,7 +7,7 @@ namespace data_mapper4 {
 
 namespace {
 
-constexpr std::size_t longest_name = 40;
+constexpr std::size_t longest_compared = 40;
 
 // The costs of the edits. A name is near if no more than about a quarter of its letters are changed.
 constexpr std::size_t whole_edit = 3;
@@ -21,7 +21,7 @@ char lower(char letter)
 // The cost of the cheapest edits that turn one name into the other: letters added, left out, changed or swapped.
 std::size_t distance(std::string_view a, std::string_view b)
 {
-    using row = std::array<std::size_t, longest_name + 1>;
+    using row = std::array<std::size_t, longest_compared + 1>;
     row last = {};
     row current = {};
     for (std::size_t j = 0; j <= b.size(); ++j) current[j] = j * whole_edit;
@@ -46,12 +46,12 @@ std::size_t distance(std::string_view a, std::string_view b)
 std::string_view nearest_name(std::string_view name, const std::vector<ustring8>& candidates, std::size_t most)
 {
     std::string_view nearest;
-    if (name.size() > longest_name) return nearest;
+    if (name.size() > longest_compared) return nearest;
     std::size_t least = (name.size() + 2) / 4 * whole_edit + case_edit;
     if (name.size() < 2) least = 0;
     for (std::size_t i = 0; i < candidates.size() && i < most; ++i) {
         const ustring8& candidate = candidates[i];
-        if (candidate.size() > longest_name || candidate == name) continue;
+        if (candidate.size() > longest_compared || candidate == name) continue;
         const std::size_t cost = distance(name, candidate);
         if (cost >= least) continue;
         least = cost;
