@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using state = file_set::state;
 
 // A cycle of more files is named in part.
-constexpr std::size_t most_names = 10;
+constexpr std::size_t most_chain_names = 10;
 
 std::string_view tag_at(const xml_document& document, std::size_t position)
 {
@@ -181,7 +181,7 @@ private:
             finding_text text;
             auto each = m_chain.begin();
             while (each->file != file) ++each;
-            for (std::size_t named = 0; each != m_chain.end() && named < most_names; ++each, ++named) {
+            for (std::size_t named = 0; each != m_chain.end() && named < most_chain_names; ++each, ++named) {
                 text.message += in_quotes(m_files.path(each->file)) + " includes ";
             }
             text.message += (each == m_chain.end() ? "" : "... includes ") + in_quotes(m_files.path(file));

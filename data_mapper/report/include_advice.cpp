@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // A larger folder is not looked at as a whole.
-constexpr std::size_t most_names = 1000;
+constexpr std::size_t most_neighbors = 1000;
 
 bool is_same_but_for_case(const ustring8& a, const ustring8& b)
 {
@@ -81,9 +81,9 @@ ustring8 include_advice::near_file(const fs::path& path)
                                    name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
         if (has_extension) stems.push_back(name.substr(0, name.size() - extension.size()));
     }
-    const ustring8 near(nearest_name(path_text(path.stem()), stems, most_names));
+    const ustring8 near(nearest_name(path_text(path.stem()), stems, most_neighbors));
     if (!near.empty()) return near + extension;
-    return ustring8(nearest_name(path_text(path.filename()), names_in(path.parent_path()), most_names));
+    return ustring8(nearest_name(path_text(path.filename()), names_in(path.parent_path()), most_neighbors));
 }
 
 const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
@@ -96,7 +96,7 @@ const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
     std::error_code error;
     const fs::path looked_into = folder.empty() ? fs::path(".") : folder;
     for (fs::directory_iterator entry(looked_into, error), end; !error && entry != end; entry.increment(error)) {
-        m_has_all_names = m_names.size() < most_names;
+        m_has_all_names = m_names.size() < most_neighbors;
         if (!m_has_all_names) break;
         std::error_code unknown;
         if (entry->is_regular_file(unknown)) m_names.push_back(path_text(entry->path().filename()));

@@ -49,13 +49,13 @@ public:
     ustring8 take() { return std::move(m_text); }
 
 private:
-    void print_head(const file_place& place, const char* color, const char* kind)
+    void print_head(const file_place& place, const char* color, const char* label)
     {
         m_text += m_colors.place + printable(place.file) + ':';
         if (place.line != 0) m_text += std::to_string(place.line) + ':' + std::to_string(place.column) + ':';
         m_text += m_colors.end;
         m_text += ' ';
-        m_text += color + ustring8(kind) + ": " + m_colors.end;
+        m_text += color + ustring8(label) + ": " + m_colors.end;
     }
 
     void print_note(const file_place& place, const ustring8& message)
