@@ -1,0 +1,34 @@
+# Run by CPack before it makes .deb packages: adds the files that each of them must have, and compresses the man page.
+if(NOT CPACK_GENERATOR STREQUAL "DEB")
+    return()
+endif()
+set(copyright "Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/
+Upstream-Name: data_mapper4
+
+Files: *
+Copyright: 2026 ${CPACK_PACKAGE_VENDOR}
+License: none-chosen-yet
+ No licence has been chosen yet. Until one is, copyright law alone applies: nothing permits you to copy, change or
+ distribute this package.
+")
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+set(changelog "data-mapper4 (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
+
+  * New version; changelog.gz says what is new.
+
+ -- ${CPACK_PACKAGE_CONTACT}  ${date}
+")
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+    string(TOUPPER "${component}" name)
+    set(root "${CPACK_TEMPORARY_DIRECTORY}/${component}/usr/share")
+    set(doc "${root}/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME}")
+    file(WRITE "${doc}/copyright" "${copyright}")
+    file(WRITE "${doc}/changelog.Debian" "${changelog}")
+    get_filename_component(project "${CPACK_RESOURCE_FILE_README}" DIRECTORY)
+    configure_file("${project}/CHANGELOG.md" "${doc}/changelog" COPYONLY)
+    file(GLOB manuals "${root}/man/man1/*.1")
+    file(CHMOD "${doc}/copyright" "${doc}/changelog" "${doc}/changelog.Debian"
+        PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
+    )
+    execute_process(COMMAND gzip -9nf "${doc}/changelog" "${doc}/changelog.Debian" ${manuals} COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
