@@ -1,4 +1,5 @@
-// copy_on_write: holds a container that copies of the holder share until one of them changes it.
+// copy_on_write: holds a container that copies of the holder share until one of them changes it. A new holder has an
+// empty container.
 //
 // Threads: several threads may copy a holder and call read() on it at once; anything else must not overlap with another
 // use of the same holder. Two holders never disturb each other, whether or not they share a container.
@@ -10,7 +11,6 @@
 
 namespace data_mapper4 {
 
-// A new holder has an empty container.
 template <class container>
 class copy_on_write
 {

@@ -39,6 +39,7 @@
 
 namespace data_mapper4 {
 
+// What a check may read, and how much it keeps.
 struct check_options
 {
     // The most findings that are kept, errors before warnings. All are counted.
@@ -58,6 +59,7 @@ struct check_options
     bool suggest_files = false;
 };
 
+// How bad a finding is.
 enum class severity
 {
     error,
@@ -74,12 +76,14 @@ struct file_place
     std::size_t end_column = 0;  // of the character after the part
 };
 
+// Another part of a file, and what it has to do with a finding.
 struct related_place
 {
     ustring8 message;  // such as: first declared here
     file_place where;
 };
 
+// An error or a warning.
 struct finding
 {
     severity level = severity::error;
@@ -117,6 +121,7 @@ struct checked_map
     file_place declared;
 };
 
+// The result of a check: what load does with the files, and what is wrong with them.
 class DATA_MAPPER4_API load_report
 {
 public:

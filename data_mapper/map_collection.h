@@ -84,9 +84,16 @@ public:
     // memory, not stack.
     map_error_t load(const std::wstring& path);
 
+    // Returns the name of the code, such as "no_error", without the line; "unknown_map_error" for a value that is not a
+    // code.
+    ustring8 map_error_as_string(map_error_t error);
+
     // Returns the kind of the map, or MT_UNKNOWN if it is not loaded. Cost, as of all lookups: logarithmic in the
     // number of maps.
     map_type type(const ustring8& map_name);
+
+    // Returns the name of the kind, such as "MT_SIMPLE"; "UNKNOWN" for a value that is not a map_type.
+    ustring8 map_type_as_string(map_type type);
 
     // Returns true if the map is loaded, whatever its kind.
     bool is_loaded(const ustring8& map_name);
@@ -139,13 +146,6 @@ public:
     // be none.
     bool get_args_vector(const ustring8& map_name, const ustring8& item_name,
                          std::vector<std::map<ustring8, ustring8>>& args_vector);
-
-    // Returns the name of the code, such as "no_error", without the line; "unknown_map_error" for a value that is not a
-    // code.
-    ustring8 map_error_as_string(map_error_t error);
-
-    // Returns the name of the kind, such as "MT_SIMPLE"; "UNKNOWN" for a value that is not a map_type.
-    ustring8 map_type_as_string(map_type type);
 
 protected:
     // Loads one file and everything it includes; the result is in m_error.

@@ -3,7 +3,10 @@
 // Hosts usually use map_t through map_collection (map_collection.h), which loads it and answers lookups. To use it on
 // its own, derive a class that exposes the protected lookups:
 //
-//     struct colours : data_mapper4::map_t { using map_t::get_arg; };
+//     struct colours : data_mapper4::map_t
+//     {
+//         using map_t::get_arg;
+//     };
 //     colours map;
 //     if (map.load("colours", parser).type() == data_mapper4::map_error_t::no_error) map.get_arg("red", value);
 //

@@ -2,10 +2,12 @@
 // queue of nodes, one at a time.
 //
 //     xml_stream_parser parser(u"maps.xml", xml_stream_parser::header_optional);
-//     if (parser.parse() != xml_stream_parser::end_of_file) report(parser.error(), parser.error_line());
+//     if (parser.parse() != xml_stream_parser::end_of_file) {
+//         std::cerr << parser.error_line() << ": " << parser.error_text() << '\n';
+//     }
 //     while (!parser.node_queue_empty()) {
 //         const xml_stream_parser::node node = parser.node_queue_pop();
-//         ...
+//         std::cout << node.depth << ' ' << node.tag << '\n';
 //     }
 //
 // The nodes of a document, in document order: an element without child elements is one node (status no_error, with its
@@ -54,11 +56,12 @@ class xml_element_queue;
 class DATA_MAPPER4_API xml_stream_parser
 {
 public:
+    // The state of a parser, and of a node. For missing_quote and missing_equal, the pseudo-attributes of the XML
+    // declaration count as attributes. The value 2 is reserved: it is never reported.
     enum error_type : std::int32_t
     {
-        no_error = 0,    // nothing to report; before parse, also: the file is open
-        incomplete = 1,  // the input ended between two constructs with an element still open; not a failure
-        // 2 is reserved: never reported
+        no_error = 0,              // nothing to report; before parse, also: the file is open
+        incomplete = 1,            // the input ended between two constructs with an element still open; not a failure
         end_of_file = 3,           // the document was read to its end and is complete
         end_tag_mismatch = 4,      // an end tag does not match the open element, or none is open
         attribute_redefined = 5,   // an attribute name occurs twice on one element
@@ -70,7 +73,6 @@ public:
         file_not_found = 11,       // no such regular file, or it cannot be opened
         no_xml_header = 12,        // the document has no XML declaration, and header_optional was not given
         no_root_tag = 13,          // the document has no element
-        // For missing_quote and missing_equal, the pseudo-attributes of the XML declaration count as attributes.
     };
 
     // Bits of the constructor's options; others are ignored.
@@ -79,6 +81,7 @@ public:
         header_optional = 2,  // the XML declaration may be missing
     };
 
+    // An element, or one end of it.
     struct node
     {
         error_type status = no_error;  // incomplete on a start node, no_error on any other node
