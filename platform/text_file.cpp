@@ -37,12 +37,19 @@ class text_file::handle
 {
 public:
     static constexpr char separator = '\\';
+    static constexpr char other_separator = '/';
     static constexpr std::size_t longest_path = 32767;  // in UTF-16 units
 
+    // Asks the system itself: to the C library, the question mark of `\\?\` is a wildcard. The system calls devices such
+    // as NUL and COM1 files, but their absolute paths begin with `\\.\`, in whatever folder they are named.
     static bool is_regular(const strings::ustring8& path)
     {
+        const std::filesystem::path name = std::filesystem::u8path(path);
+        const DWORD attributes = GetFileAttributesW(name.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
         std::error_code error;
-        return std::filesystem::is_regular_file(std::filesystem::u8path(path), error);
+        const std::wstring absolute = std::filesystem::absolute(name, error).wstring();
+        return !error && absolute.compare(0, 4, LR"(\\.\)") != 0;
     }
 
     explicit handle(const strings::ustring8& path)
@@ -80,6 +87,7 @@ class text_file::handle
 {
 public:
     static constexpr char separator = '/';
+    static constexpr char other_separator = '\\';
     static constexpr std::size_t longest_path = PATH_MAX - 1;  // in bytes; a UTF-16 unit takes at least one
 
     static bool is_regular(const strings::ustring8& path)
@@ -148,8 +156,8 @@ text_file::text_file(const strings::ustring16& path)
     if (path.size() > handle::longest_path || path.find(u'\0') != strings::ustring16::npos) return;
     if (!unicode::append_utf16(path, m_path)) return;
     bool is_regular = handle::is_regular(m_path);
-    if (!is_regular && handle::separator != '\\') {
-        std::replace(m_path.begin(), m_path.end(), '\\', handle::separator);
+    if (!is_regular) {
+        std::replace(m_path.begin(), m_path.end(), handle::other_separator, handle::separator);
         is_regular = handle::is_regular(m_path);
     }
     if (is_regular) m_file = std::make_unique<handle>(m_path);

@@ -13,7 +13,7 @@ class text_file
 {
 public:
     // Opens the regular file that the path names: as written or, if that names none, with every backslash replaced by
-    // the system's separator. Nothing else is ever opened.
+    // the system's separator; on Windows, with every slash replaced by a backslash. Nothing else is ever opened.
     explicit text_file(const strings::ustring16& path);
     ~text_file();
     text_file(const text_file&) = delete;
