@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 
 #include "platform/text_encoding.h"
@@ -33,5 +34,9 @@ private:
     std::unique_ptr<handle> m_file;
     strings::ustring8 m_path;
 };
+
+// Returns the path without symbolic links, as far as it exists, in the one form that the system has for it; empty if the
+// system cannot say.
+std::filesystem::path resolved(const std::filesystem::path& path);
 
 }  // namespace NUVEK_2_18::parser

@@ -139,7 +139,9 @@ TEST(LoadMaps, TakesPathsOfEveryFormButNoDevices)
     const std::wstring folder = home.path("");
     const auto outcome = [](const std::wstring& path) {
         map_collection maps;
-        const load_report report = check_maps(path);
+        check_options options;
+        options.within = std::filesystem::current_path();
+        const load_report report = check_maps(path, options);
         const bool is_refused = maps.load(path).type() == map_error_t::file_not_found;
         EXPECT_TRUE(report.maps().size() == maps.maps().size() && (report.errors() == 1) == is_refused);
         return is_refused ? "refused" : std::to_string(maps.maps().size());
