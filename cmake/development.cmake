@@ -9,8 +9,11 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 
 add_library(data_mapper4_warnings INTERFACE)
 if(MSVC)
-    # C4251: hosts and library share one standard library, as the README says.
-    target_compile_options(data_mapper4_warnings INTERFACE /W4 /permissive- /wd4251 $<$<BOOL:${DATA_MAPPER4_WERROR}>:/WX>)
+    # C4251: hosts and library share one standard library, as the README says. C4996: it refuses std::getenv. C5030: it
+    # does not know the attributes of other compilers.
+    target_compile_options(data_mapper4_warnings INTERFACE
+        /W4 /permissive- /utf-8 /wd4251 /wd4996 /wd5030 $<$<BOOL:${DATA_MAPPER4_WERROR}>:/WX>
+    )
 else()
     target_compile_options(data_mapper4_warnings INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor

@@ -60,8 +60,8 @@ public:
     //
     // path: wide characters, each one UTF-16 unit, up to the first zero. Where wchar_t is wider, write a character
     // beyond U+FFFF as its two surrogates; as a single wchar_t it would be cut to 16 bits. A path is opened as written
-    // if it names a regular file; otherwise, on systems whose separator is not the backslash, it is opened with every
-    // backslash replaced by that separator: write L"maps\\world.xml" everywhere. A path of more than 32,767 wide
+    // if it names a regular file; otherwise with every backslash replaced by the system's separator or, on Windows, with
+    // every slash replaced by a backslash: write L"maps\\world.xml" everywhere. A path of more than 32,767 wide
     // characters names no file.
     //
     // Includes: an include's path is the base directory followed by the value of "file". The base directory is taken

@@ -58,15 +58,21 @@ void ask_for_sets(map_collection& maps, const ustring8& map_name, const ustring8
 
 }  // namespace
 
+// Windows has the arguments as wide characters; its narrow ones lack most letters.
+#if defined(_WIN32)
+int wmain(int argc, wchar_t** argv)
+#else
 int main(int argc, char** argv)
+#endif
 {
     if (argc != 2) {
         std::cerr << "usage: lookup MASTER_FILE\n";
         return 2;
     }
+    const std::filesystem::path master = argv[1];
     map_collection maps;
-    auto result = maps.load(data_mapper4::load_path(argv[1]));
-    std::cout << argv[1] << ": " << maps.map_error_as_string(result);
+    auto result = maps.load(data_mapper4::load_path(master));
+    std::cout << master.u8string() << ": " << maps.map_error_as_string(result);
     if (result.type() != data_mapper4::map_error_t::no_error) std::cout << ", line " << result.line();
     std::cout << '\n';
     list_maps(maps);

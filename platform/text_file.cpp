@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <system_error>
 #include <utility>
 
 #include "platform/unicode.h"
@@ -16,8 +17,6 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -33,16 +32,34 @@ namespace NUVEK_2_18::parser {
 // after is_regular() was called.
 #if defined(_WIN32)
 
+namespace {
+
+// Asks the system itself: std::filesystem::absolute of libstdc++ takes the beginning of `\\?\` and `\\server` for that
+// of a folder. Empty if the system cannot say.
+std::wstring full_path(const std::filesystem::path& path)
+{
+    std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full;
+}
+
+}  // namespace
+
 class text_file::handle
 {
 public:
     static constexpr char separator = '\\';
+    static constexpr char other_separator = '/';
     static constexpr std::size_t longest_path = 32767;  // in UTF-16 units
 
+    // Asks the system itself: to the C library, the question mark of `\\?\` is a wildcard. The system calls devices such
+    // as NUL and COM1 files, but their full paths begin with `\\.\`, in whatever folder they are named.
     static bool is_regular(const strings::ustring8& path)
     {
-        std::error_code error;
-        return std::filesystem::is_regular_file(std::filesystem::u8path(path), error);
+        const std::filesystem::path name = std::filesystem::u8path(path);
+        const DWORD attributes = GetFileAttributesW(name.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+        return full_path(name).compare(0, 4, LR"(\\.\)") != 0;
     }
 
     explicit handle(const strings::ustring8& path)
@@ -74,12 +91,43 @@ private:
     std::int64_t m_size = 0;  // in bytes, as the system reports it
 };
 
+namespace {
+
+// Empty if there is no such file or folder.
+std::wstring final_path(const std::filesystem::path& path)
+{
+    constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file =
+        CreateFileW(path.c_str(), 0, shared, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return {};
+    std::wstring found(std::size_t{1} << 16, L'\0');  // more than any path
+    found.resize(GetFinalPathNameByHandleW(file, found.data(), static_cast<DWORD>(found.size()), 0));
+    CloseHandle(file);
+    if (!found.empty() && found.back() == L'\\') found.pop_back();  // of a drive
+    return found;
+}
+
+}  // namespace
+
+// Not by std::filesystem, because not all libraries know links, the letter case of names or `\\?\` here.
+std::filesystem::path resolved(const std::filesystem::path& path)
+{
+    std::filesystem::path missing;
+    for (std::filesystem::path at = full_path(path);; at = at.parent_path()) {
+        const std::filesystem::path found = final_path(at);
+        if (!found.empty()) return missing.empty() ? found : found / missing;
+        if (!at.has_relative_path()) return {};
+        missing = missing.empty() ? at.filename() : at.filename() / missing;
+    }
+}
+
 #else
 
 class text_file::handle
 {
 public:
     static constexpr char separator = '/';
+    static constexpr char other_separator = '\\';
     static constexpr std::size_t longest_path = PATH_MAX - 1;  // in bytes; a UTF-16 unit takes at least one
 
     static bool is_regular(const strings::ustring8& path)
@@ -124,6 +172,14 @@ private:
     std::int64_t m_size = 0;  // in bytes, as the system reports it
 };
 
+std::filesystem::path resolved(const std::filesystem::path& path)
+{
+    std::error_code error;
+    std::filesystem::path found = std::filesystem::canonical(path, error);
+    if (error) found = std::filesystem::weakly_canonical(path, error);
+    return error ? std::filesystem::path() : found;
+}
+
 #endif
 
 namespace {
@@ -148,8 +204,8 @@ text_file::text_file(const strings::ustring16& path)
     if (path.size() > handle::longest_path || path.find(u'\0') != strings::ustring16::npos) return;
     if (!unicode::append_utf16(path, m_path)) return;
     bool is_regular = handle::is_regular(m_path);
-    if (!is_regular && handle::separator != '\\') {
-        std::replace(m_path.begin(), m_path.end(), '\\', handle::separator);
+    if (!is_regular) {
+        std::replace(m_path.begin(), m_path.end(), handle::other_separator, handle::separator);
         is_regular = handle::is_regular(m_path);
     }
     if (is_regular) m_file = std::make_unique<handle>(m_path);

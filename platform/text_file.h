@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 
 #include "platform/text_encoding.h"
@@ -13,7 +14,7 @@ class text_file
 {
 public:
     // Opens the regular file that the path names: as written or, if that names none, with every backslash replaced by
-    // the system's separator. Nothing else is ever opened.
+    // the system's separator; on Windows, with every slash replaced by a backslash. Nothing else is ever opened.
     explicit text_file(const strings::ustring16& path);
     ~text_file();
     text_file(const text_file&) = delete;
@@ -33,5 +34,9 @@ private:
     std::unique_ptr<handle> m_file;
     strings::ustring8 m_path;
 };
+
+// Returns the path without symbolic links, as far as it exists, in the one form that the system has for it; empty if the
+// system cannot say.
+std::filesystem::path resolved(const std::filesystem::path& path);
 
 }  // namespace NUVEK_2_18::parser

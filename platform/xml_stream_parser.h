@@ -95,8 +95,8 @@ public:
     };
 
     // Opens the file. error() is then no_error, or file_not_found if the path names no regular file or the file cannot
-    // be opened. The path is opened as written if it names a regular file; otherwise, on systems whose separator is not
-    // the backslash, it is opened with every backslash replaced by that separator. A path that is not valid UTF-16,
+    // be opened. The path is opened as written if it names a regular file; otherwise with every backslash replaced by the
+    // system's separator or, on Windows, with every slash replaced by a backslash. A path that is not valid UTF-16,
     // contains a zero or is longer than the system allows names no file.
     xml_stream_parser(const strings::ustring16& path, unsigned int options);
     ~xml_stream_parser();

@@ -32,21 +32,21 @@ public:
     }
     ~folder() { std::filesystem::remove_all(m_path); }
 
-    // Also creates the folders in the name, which are separated by slashes.
+    // Also creates the folders in the name, which are separated by slashes. Names are in UTF-8.
     void write(const std::string& name, std::string_view content) const
     {
-        std::filesystem::create_directories((m_path / name).parent_path());
-        std::ofstream(m_path / name, std::ios::binary) << content;
+        std::filesystem::create_directories(system_path(name).parent_path());
+        std::ofstream(system_path(name), std::ios::binary) << content;
     }
 
     // The path of a file in the folder as a host writes it: with backslashes on every system.
     std::wstring path(const std::string& name) const
     {
-        std::wstring result = (m_path / name).wstring();
+        std::wstring result = system_path(name).wstring();
         std::replace(result.begin(), result.end(), L'/', L'\\');
         return result;
     }
-    std::filesystem::path system_path(const std::string& name) const { return m_path / name; }
+    std::filesystem::path system_path(const std::string& name) const { return m_path / std::filesystem::u8path(name); }
 
 private:
     std::filesystem::path m_path;

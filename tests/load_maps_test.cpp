@@ -90,7 +90,22 @@ TEST(LoadMaps, ReplacesAllOrNothing)
     expect_same("new");
 }
 
-#if defined(__linux__)
+TEST(Report, WarnsOfFilesThatOtherSystemsDoNotFind)
+{
+    const documents::folder home;
+    home.write("d/a", "<maps><include file='e\\b'/></maps>");
+    home.write("d/e/b", "<maps/>");
+    const load_report report = check_maps(home.system_path("d/a"));
+    ASSERT_TRUE(report.warnings() == 1 && report.errors() == 0);
+    EXPECT_EQ(report.findings().front().rule, "unportable-path");
+#if defined(_WIN32)
+    home.write("d/a", "<maps><include file='E/B'/></maps>");
+    const load_report other = check_maps(home.system_path("d/a"), {1000, 10000, 1 << 30, {}, true});
+    ASSERT_EQ(other.warnings(), 1U);
+    EXPECT_EQ(other.findings().front().message,
+              "the file is called \"b\"; other systems tell upper and lower case apart");
+#endif
+}
 
 TEST(LoadPath, IsThePathThatLoadWants)
 {
@@ -98,13 +113,56 @@ TEST(LoadPath, IsThePathThatLoadWants)
         {L".\\a.xml", {"a.xml", "./a.xml"}},
         {L"\\d\\a", {"/d/a"}},
         {L"d\\\xE9\xD83D\xDE00", {"d/\xC3\xA9\xF0\x9F\x98\x80"}},
+#if defined(_WIN32)
+        {L"C:.\\a.xml", {"C:a.xml"}},
+        {L"C:\\a.xml", {"C:/a.xml", "C:\\a.xml"}},
+        {L"\\\\?\\C:\\d\\a.xml", {"\\\\?\\C:\\d/a.xml"}},
+        {L"", {"", std::string("a\0b", 3)}},
+#else
         // nothing, a backslash in a name, a zero, not UTF-8
         {L"", {"", "a\\b", std::string("a\0b", 3), "\xFF", "\xED\xA0\x80"}},
+#endif
     };
     for (const auto& [expected, paths] : rows) {
-        for (const std::string& path : paths) EXPECT_EQ(load_path(path), expected) << path;
+        for (const std::string& path : paths) EXPECT_EQ(load_path(std::filesystem::u8path(path)), expected) << path;
     }
 }
+
+#if defined(_WIN32)
+
+// The check loads as many maps, and has an error if a load is refused.
+TEST(LoadMaps, TakesPathsOfEveryFormButNoDevices)
+{
+    const documents::folder home;
+    home.write("a", "<maps><include file='d/b'/></maps>");
+    home.write("d/b", documents::four_maps("m"));
+    const std::wstring folder = home.path("");
+    const auto outcome = [](const std::wstring& path) {
+        map_collection maps;
+        check_options options;
+        options.within = std::filesystem::current_path();
+        const load_report report = check_maps(path, options);
+        const bool is_refused = maps.load(path).type() == map_error_t::file_not_found;
+        EXPECT_TRUE(report.maps().size() == maps.maps().size() && (report.errors() == 1) == is_refused);
+        return is_refused ? "refused" : std::to_string(maps.maps().size());
+    };
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+    const std::wstring drive = folder.substr(0, 2);
+    for (const std::wstring& prefix : {folder, L"\\\\?\\" + folder, drive + L".\\", folder.substr(2)}) {
+        EXPECT_EQ(outcome(prefix + L"a"), "4") << std::filesystem::path(prefix);
+    }
+    for (const std::wstring prefix : {L"", L".\\", L"\\\\.\\", L"\\\\?\\"}) {
+        for (const std::wstring name : {L"NUL", L"nul.xml", L"CON", L"CONIN$", L"COM1", L"a:b", L"a\\b", L"d"}) {
+            EXPECT_EQ(outcome(prefix + name), "refused") << std::filesystem::path(prefix + name);
+        }
+    }
+    std::filesystem::current_path(before);
+}
+
+#endif
+
+#if defined(__linux__)
 
 TEST(Report, FollowsSymbolicLinksToWhereTheyLead)
 {
@@ -121,16 +179,6 @@ TEST(Report, FollowsSymbolicLinksToWhereTheyLead)
     ASSERT_EQ(report.findings().size(), 1U);
     EXPECT_EQ(report.findings().front().rule + report.findings().front().message,
               "outside-folder\"out\" is outside the folder that includes must stay in");
-}
-
-TEST(Report, WarnsOfFilesThatOtherSystemsDoNotFind)
-{
-    const documents::folder home;
-    home.write("d/a", "<maps><include file='e\\b'/></maps>");
-    home.write("d/e/b", "<maps/>");
-    const load_report report = check_maps(home.system_path("d/a"));
-    ASSERT_TRUE(report.warnings() == 1 && report.errors() == 0);
-    EXPECT_EQ(report.findings().front().rule, "unportable-path");
 }
 
 #endif

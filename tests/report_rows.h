@@ -53,7 +53,7 @@ const std::string include = R"(<include file="french.xml"/>)";
 
 // A file that Linux refuses to read.
 const std::string proc_mem = "../../../../../../../../proc/self/mem";
-const files unreadable = std::filesystem::exists("/proc/self/mem")
+const files unreadable = std::filesystem::exists("/proc/self/mem") && std::filesystem::path::preferred_separator == '/'
                              ? world(maps("<include file=\"" + proc_mem + "\"/>"), {{"french.xml", french}})
                              : files();
 
@@ -64,9 +64,11 @@ std::string outcome(const files& set, check_options options, checker check)
     const documents::folder home;
     for (const auto& [name, content] : set) home.write(name, content);
     if (!options.within.empty()) options.within = home.system_path(options.within.u8string());
-    const std::string folder = home.system_path("").u8string();
+    const std::filesystem::path root = home.system_path("");
     std::string text = check(home.system_path(set.front().first), options);
-    for (std::size_t at = 0; (at = text.find(folder, at)) != std::string::npos;) text.erase(at, folder.size());
+    for (const std::string& folder : {root.u8string(), root.generic_u8string()}) {
+        for (std::size_t at = 0; (at = text.find(folder, at)) != std::string::npos;) text.erase(at, folder.size());
+    }
     return text;
 }
 

@@ -16,8 +16,9 @@ namespace {
 
 std::string rendered(const file_place& place)
 {
-    if (place.line == 0) return place.file;
-    return place.file + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) + '-' +
+    const std::string file = std::filesystem::u8path(place.file).generic_u8string();
+    if (place.line == 0) return file;
+    return file + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) + '-' +
            std::to_string(place.end_line) + ':' + std::to_string(place.end_column);
 }
 

@@ -1,7 +1,6 @@
 #include "data_mapper/report/file_set.h"
 
 #include <algorithm>
-#include <system_error>
 #include <utility>
 
 #include "data_mapper/report/wording.h"
@@ -12,18 +11,10 @@ namespace data_mapper4 {
 namespace {
 
 namespace fs = std::filesystem;
+using NUVEK_2_18::parser::resolved;
 using NUVEK_2_18::parser::text_file;
 using NUVEK_2_18::parser::xml_document;
 using NUVEK_2_18::parser::xml_fault;
-
-// Without symbolic links, as far as the path exists; empty if the system cannot say.
-fs::path resolved(const fs::path& path)
-{
-    std::error_code error;
-    fs::path found = fs::canonical(path, error);
-    if (error) found = fs::weakly_canonical(path, error);
-    return error ? fs::path() : found;
-}
 
 NUVEK_2_18::strings::ustring16 units(const std::wstring& path)
 {

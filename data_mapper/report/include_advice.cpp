@@ -48,8 +48,8 @@ finding_text include_advice::explain_missing(const ustring8& written, const ustr
     const fs::path beside = fs::u8path(including).parent_path() / fs::u8path(written);
     const bool is_relative = fs::u8path(written).is_relative() && files.is_allowed(beside);
     if (near.empty() && is_relative && beside.parent_path() != m_base && fs::is_regular_file(beside, error)) {
-        const ustring8 better = path_text(beside.lexically_relative(m_base));
-        text.hint = "includes are relative to the folder of the master file: write " + in_quotes(better);
+        const fs::path better = beside.lexically_relative(m_base).generic_string<fs::path::value_type>();
+        text.hint = "includes are relative to the folder of the master file: write " + in_quotes(path_text(better));
     }
     return text;
 }
