@@ -211,22 +211,21 @@ bool take_instruction(xml_cursor& cursor)
     return cursor.take_until("?>", target);
 }
 
-void append_content(std::string_view rest, strings::ustring8& to)
+bool take_text_run(xml_cursor& cursor, text_run& run)
 {
-    xml_cursor cursor(rest);
     while (!cursor.is_at_end()) {
         const char* const begin = cursor.at();
-        std::string_view content;
-        bool is_blank = true;
+        run = {};
         switch (next_construct(cursor)) {
             case construct::text:
-                take_text(cursor, is_blank);
-                append_text(view(begin, cursor.at()), to);
-                break;
+                take_text(cursor, run.is_blank);
+                run.raw = view(begin, cursor.at());
+                return true;
             case construct::cdata:
-                take_cdata(cursor, content);
-                to.append(content);
-                break;
+                run.is_cdata = take_cdata(cursor, run.content);
+                run.raw = view(begin, cursor.at());
+                run.is_blank = is_space(run.content);
+                return true;
             case construct::comment:
                 take_comment(cursor);
                 break;
@@ -234,7 +233,20 @@ void append_content(std::string_view rest, strings::ustring8& to)
                 take_instruction(cursor);
                 break;
             default:
-                return;
+                return false;
+        }
+    }
+    return false;
+}
+
+void append_content(std::string_view rest, strings::ustring8& to)
+{
+    xml_cursor cursor(rest);
+    for (text_run run; take_text_run(cursor, run);) {
+        if (run.is_cdata) {
+            to.append(run.content);
+        } else {
+            append_text(run.raw, to);
         }
     }
 }

@@ -50,6 +50,19 @@ bool take_cdata(xml_cursor& cursor, std::string_view& content);
 bool take_comment(xml_cursor& cursor);
 bool take_instruction(xml_cursor& cursor);
 
+// Character data, or a CDATA section.
+struct text_run
+{
+    std::string_view raw;
+    std::string_view content;  // of a CDATA section; empty for character data
+    bool is_cdata = false;
+    bool is_blank = true;  // is all white space
+};
+
+// Takes the next run of a checked document's text, and the comments and processing instructions before it. Returns false
+// at a tag or at the end.
+bool take_text_run(xml_cursor& cursor, text_run& run);
+
 // Appends one stretch of a checked document's text: the character data and CDATA sections from a place after a tag to
 // the next tag or the end, without the comments and processing instructions between them.
 void append_content(std::string_view rest, strings::ustring8& to);

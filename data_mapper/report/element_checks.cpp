@@ -12,7 +12,6 @@ namespace data_mapper4 {
 
 namespace {
 
-using NUVEK_2_18::parser::construct;
 using NUVEK_2_18::parser::xml_attribute;
 using NUVEK_2_18::parser::xml_cursor;
 
@@ -107,29 +106,8 @@ std::string_view first_text(const xml_document& document, std::size_t position)
     const char* const begin = document.index.begin_at(position);
     const char* const end = document.text.view().data() + document.sound_size;
     xml_cursor cursor(NUVEK_2_18::parser::view(begin, end));
-    while (!cursor.is_at_end()) {
-        const char* const at = cursor.at();
-        std::string_view content;
-        bool is_blank = true;
-        switch (next_construct(cursor)) {
-            case construct::text:
-                take_text(cursor, is_blank);
-                if (!is_blank) return without_space(NUVEK_2_18::parser::view(at, cursor.at()));
-                break;
-            case construct::cdata:
-                take_cdata(cursor, content);
-                if (!NUVEK_2_18::parser::is_space(content))
-                    return first_line(NUVEK_2_18::parser::view(at, cursor.at()));
-                break;
-            case construct::comment:
-                take_comment(cursor);
-                break;
-            case construct::instruction:
-                take_instruction(cursor);
-                break;
-            default:
-                return {};
-        }
+    for (NUVEK_2_18::parser::text_run run; take_text_run(cursor, run);) {
+        if (!run.is_blank) return run.is_cdata ? first_line(run.raw) : without_space(run.raw);
     }
     return {};
 }
