@@ -2,19 +2,23 @@
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
 endif()
+get_filename_component(project "${CPACK_RESOURCE_FILE_LICENSE}" DIRECTORY)
+file(READ "${CPACK_RESOURCE_FILE_LICENSE}" licence)
+string(STRIP "${licence}" licence)
+string(REPLACE "\n" "\n " licence "${licence}")
+string(REPLACE "\n \n" "\n .\n" licence "${licence}")
 set(copyright "Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/
 Upstream-Name: data_mapper4
 
 Files: *
 Copyright: 2026 ${CPACK_PACKAGE_VENDOR}
 License: none-chosen-yet
- No licence has been chosen yet. Until one is, copyright law alone applies: nothing permits you to copy, change or
- distribute this package.
+ ${licence}
 ")
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(changelog "data-mapper4 (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
 
-  * New version; changelog.gz says what is new.
+  * New upstream release; see changelog.gz.
 
  -- ${CPACK_PACKAGE_CONTACT}  ${date}
 ")
@@ -24,7 +28,6 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     set(doc "${root}/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME}")
     file(WRITE "${doc}/copyright" "${copyright}")
     file(WRITE "${doc}/changelog.Debian" "${changelog}")
-    get_filename_component(project "${CPACK_RESOURCE_FILE_README}" DIRECTORY)
     configure_file("${project}/CHANGELOG.md" "${doc}/changelog" COPYONLY)
     file(GLOB manuals "${root}/man/man1/*.1")
     file(CHMOD "${doc}/copyright" "${doc}/changelog" "${doc}/changelog.Debian"

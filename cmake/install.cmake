@@ -17,12 +17,12 @@ set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/data_mapper4")
 install(EXPORT data_mapper4-targets NAMESPACE data_mapper4:: FILE data_mapper4Config.cmake
     DESTINATION "${package_dir}" COMPONENT development
 )
-write_basic_package_version_file(data_mapper4ConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+write_basic_package_version_file(data_mapper4ConfigVersion.cmake COMPATIBILITY ${interface_compatibility})
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/data_mapper4ConfigVersion.cmake"
     DESTINATION "${package_dir}" COMPONENT development
 )
 
-# Its folders are relative to its own place, so that an installed folder can be moved.
+# Its folders are relative to the file itself, so that an installed folder can be moved.
 set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH to_prefix "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" to_prefix "${to_prefix}")

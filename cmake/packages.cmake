@@ -4,7 +4,6 @@ set(CPACK_PACKAGE_CONTACT "data_mapper4 developers <maintainers@data-mapper4.inv
 set(CPACK_PACKAGE_DESCRIPTION "A C++17 library that loads XML mapping files, with their includes, into
 lookup tables of four kinds, and explains every fault in such files.")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
-set(CPACK_RESOURCE_FILE_README "${PROJECT_SOURCE_DIR}/README.md")
 set(CPACK_STRIP_FILES ON)
 if(CMAKE_SYSTEM_PROCESSOR)
     set(CPACK_SYSTEM_NAME "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
@@ -24,7 +23,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-set(library_package "libdata-mapper4-${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+set(library_package "libdata-mapper4-${interface_version}")
 set(library_dependency "${library_package} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME "${library_package}")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
@@ -46,13 +45,15 @@ ${CPACK_PACKAGE_DESCRIPTION}
 This package has the command-line tool, data_mapper.")
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/debian_files.cmake")
 
-# On Windows, programs need the compiler's own libraries beside them.
+# On Windows, programs need the compiler's own libraries next to them. g++ prints the bare name of one that it has not.
 if(MINGW)
     foreach(name IN ITEMS libgcc_s_seh-1 libstdc++-6 libwinpthread-1)
         execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${name}.dll
             OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE
         )
-        install(FILES "${runtime}" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+        if(IS_ABSOLUTE "${runtime}")
+            install(FILES "${runtime}" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+        endif()
     endforeach()
 endif()
 

@@ -51,7 +51,7 @@ struct check_options
     std::uint64_t max_bytes = std::uint64_t{1} << 32;
 
     // If not empty, a folder: an include that leads out of it, by `..` or a symbolic link, is an error, and is not read.
-    // To the load, such a file does not exist. No suggestion names a file outside the folder.
+    // load treats such a file as missing. No suggestion names a file outside the folder.
     std::filesystem::path within = {};
 
     // Whether to look into folders, to suggest a name for a missing file, and to compare the letter case of names. Some

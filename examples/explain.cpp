@@ -1,5 +1,5 @@
 // A host that loads its maps at the start and logs what is wrong with them. Name several master files, such as those of
-// the customer and those that came with the host: it goes on with the first without an error, or stops.
+// the customer and those that came with the host: it uses the first without errors, or exits.
 //
 //     explain maps/world.xml examples/world/world.xml
 #include <iostream>

@@ -1,5 +1,5 @@
-// live_maps: maps that any number of threads query while one thread loads them again whenever their files change. Copy
-// this file into your host.
+// live_maps: maps that any number of threads query while one thread reloads them when their files change. Copy this file
+// into your host.
 //
 //     live_maps maps("maps/world.xml");                    // loads
 //     std::clog << maps.report().text();                   // what is wrong with the files, if anything
@@ -9,18 +9,18 @@
 //
 //     if (maps.poll()) std::clog << maps.report().text();  // one thread, every second or so
 //
-// A snapshot is one load of the whole set, without an error, and never changes: hold it for as long as answers must fit
-// together. If the files are faulty, the last good snapshot stays. It is empty until there is one.
+// A snapshot is one load of the whole set, without an error, and never changes: keep it as long as answers must be
+// consistent. If the files are faulty, the last good snapshot stays. It is empty until there is one.
 //
-// A change, which is a different size or time of a file, is loaded once the files have rested from one poll to the
-// next. If a file changes while the set is read, that load is dropped, and a later poll tries again; a set that never
-// rests is never loaded. Poll no faster than the file system's clock ticks: 10 ms, or 2 s on FAT.
+// A file has changed if its size or modification time differs. A change is loaded once the files have been stable from
+// one poll to the next. If a file changes while the set is read, that load is dropped, and a later poll tries again; a
+// set that never settles is never loaded. Poll no faster than the file system's clock ticks: 10 ms, or 2 s on FAT.
 //
-// Nothing shows that an author is about to save another file. Rename a file into place. If several must fit together,
+// Nobody can tell that an author is about to save another file. Rename a file into place. If several must fit together,
 // write them to a new folder and rename a symbolic link to it into place.
 //
 // Cost: a poll asks for the size and time of each file. It loads if one changed, and also while the files are faulty,
-// because a missing file may turn up anywhere. The constructor loads twice, as do polls that find other files.
+// because a missing file may appear anywhere. The constructor loads twice, as do polls that find other files.
 #pragma once
 
 #include <algorithm>
@@ -48,14 +48,14 @@ public:
         while (!load() && loads < 3) ++loads;
     }
 
-    // Any thread. Waits for nothing but a copy or swap of the pointer. Only query it: others are doing so, too.
+    // Any thread. Waits only for a copy or swap of the pointer. Only query it: other threads share it.
     collection snapshot() const
     {
         const std::lock_guard lock(m_mutex);
         return m_current;
     }
 
-    // One thread. Returns true if it has loaded the files; report() says with what result. Old collections are
+    // One thread. Returns true if it has loaded the files; report() has the result. Old collections are
     // destroyed here once no reader holds them, so no reader pays for it. If memory runs out, the snapshot stays.
     bool poll()
     {
@@ -83,9 +83,10 @@ private:
         return {std::filesystem::last_write_time(file, ignored), std::filesystem::file_size(file, ignored)};
     }
 
-    // Returns false, and drops what it has loaded, if the files are not those of the last look or have changed since.
+    // Returns false, and drops what it has loaded, if the files are not those of the last poll or have changed since.
     bool load()
     {
+        m_old.reserve(m_old.size() + 1);  // so that nothing can fail after the swap
         auto fresh = std::make_shared<data_mapper4::map_collection>();
         data_mapper4::load_report report = data_mapper4::load_maps(*fresh, m_master);
         file_stamps stamps = {{m_master, {}}};
@@ -109,7 +110,7 @@ private:
     }
 
     const std::filesystem::path m_master;
-    file_stamps m_seen;    // at the last look
+    file_stamps m_seen;    // at the last poll
     file_stamps m_loaded;  // of the files that m_report is about
     data_mapper4::load_report m_report;
     std::vector<collection> m_old;  // those that readers may still hold

@@ -58,7 +58,7 @@ void ask_for_sets(map_collection& maps, const ustring8& map_name, const ustring8
 
 }  // namespace
 
-// Windows has the arguments as wide characters; its narrow ones lack most letters.
+// On Windows, narrow arguments cannot represent most characters.
 #if defined(_WIN32)
 int wmain(int argc, wchar_t** argv)
 #else

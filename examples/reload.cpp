@@ -1,5 +1,5 @@
 // A host that never restarts: answers from its maps while another thread loads them again whenever their files change.
-// Runs until it is interrupted, or for a number of seconds. Edit a file of the maps meanwhile, break it, and mend it.
+// Runs until it is interrupted, or for a number of seconds. While it runs, edit a file, break it, and mend it.
 //
 //     reload examples/world/world.xml territory_names_en CH [SECONDS]
 #include <atomic>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::chrono::milliseconds interval(200);
 
-// The files are loaded at every poll as long as they are faulty, so only a new report is worth a word.
+// The files are loaded at every poll as long as they are faulty, so print a report only when it changes.
 void watch(live_maps& maps, const std::atomic<bool>& is_stopping)
 {
     std::string known = maps.report().text();
@@ -22,7 +22,7 @@ void watch(live_maps& maps, const std::atomic<bool>& is_stopping)
         std::this_thread::sleep_for(interval);
         if (!maps.poll()) continue;
         const std::string text = maps.report().text();
-        if (text != known) std::cerr << (text.empty() ? "the maps are in order again\n" : text);
+        if (text != known) std::cerr << (text.empty() ? "the maps are valid again\n" : text);
         known = text;
     }
 }

@@ -7,8 +7,8 @@
 
 #include <string>
 
-// Marks what the shared library exports. DATA_MAPPER4_BUILD is defined while that is built; DATA_MAPPER4_STATIC while a
-// static library is built, and by hosts that link it, for which its packages see.
+// Marks exported symbols. The build defines DATA_MAPPER4_BUILD for a shared library and DATA_MAPPER4_STATIC for a static
+// one. Hosts that link the static library must define DATA_MAPPER4_STATIC; its packages for CMake and pkg-config do that.
 #if defined(DATA_MAPPER4_STATIC)
 #define DATA_MAPPER4_API
 #elif !defined(_WIN32)

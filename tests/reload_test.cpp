@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Each file of a set has a map that says which generation it is of. Sizes differ, because times may not.
+// Each file of a set has a map that records its generation. Sizes differ in case the times do not.
 void write(const documents::folder& home, const std::string& set, int generation, const std::string& fault = "")
 {
     const auto map = [&](const std::string& name) {
@@ -25,7 +25,7 @@ void write(const documents::folder& home, const std::string& set, int generation
     home.write(set + "/a", "<maps>" + map("a") + "<include file='b'/><include file='c'/></maps>");
 }
 
-// -1 if nothing is loaded, -2 if it does not fit together.
+// -1 if nothing is loaded, -2 if the maps disagree.
 int generation(data_mapper4::map_collection& maps)
 {
     std::string texts[3] = {"-1", "-1", "-1"};
@@ -35,9 +35,9 @@ int generation(data_mapper4::map_collection& maps)
 
 }  // namespace
 
-// The first poll after a change waits for the files to rest, and the next one loads. If it finds other files, the one
+// The first poll after a change waits for the files to settle, and the next one loads. If it finds other files, the one
 // after it loads again.
-TEST(LiveMaps, AreLoadedWhenTheFilesHaveRested)
+TEST(LiveMaps, AreLoadedWhenTheFilesAreStable)
 {
     const documents::folder home;
     live_maps maps(home.system_path("set/a"));
@@ -106,7 +106,7 @@ TEST(LiveMaps, AreOfOneGenerationInAllThreads)
     }
     is_done = true;
     for (auto& thread : threads) thread.join();
-    EXPECT_EQ(generation(*maps.snapshot()), generations) << "the last set does not arrive";
+    EXPECT_EQ(generation(*maps.snapshot()), generations) << "the last set never arrives";
 }
 
 #endif
