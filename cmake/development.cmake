@@ -41,7 +41,7 @@ if(DATA_MAPPER4_FUZZ)
     target_link_options(data_mapper4 PUBLIC ${sanitizers})
     find_package(EXPAT REQUIRED)
 else()
-    find_package(EXPAT)
+    find_package(EXPAT QUIET)
 endif()
 # The fuzz targets use files in memory, which only Linux has.
 if(EXPAT_FOUND AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND (DATA_MAPPER4_FUZZ OR DATA_MAPPER4_TESTS))

@@ -134,15 +134,19 @@ public:
     // What map_collection::load returns for the master file; no_error with line 0 if a limit ended the load before.
     map_error_t result() const;
 
-    // What is wrong, in the order of reading: an included file's findings are at the place of the include.
-    const std::vector<finding>& findings() const;
+    // What is wrong, in the order of reading: an included file's findings are at the place of the include. The lists
+    // live as long as the report, so a temporary report does not hand them out.
+    const std::vector<finding>& findings() const&;
+    const std::vector<finding>& findings() const&& = delete;
 
     // The maps that load loads, in the order of their names.
-    const std::vector<checked_map>& maps() const;
+    const std::vector<checked_map>& maps() const&;
+    const std::vector<checked_map>& maps() const&& = delete;
 
     // The files that load read, in that order, then those that were only checked. Empty if the master file was not
     // read.
-    const std::vector<checked_file>& files() const;
+    const std::vector<checked_file>& files() const&;
+    const std::vector<checked_file>& files() const&& = delete;
 
     // The numbers of errors and of warnings, whether kept or not.
     std::size_t errors() const;

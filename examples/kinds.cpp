@@ -7,13 +7,16 @@
 int main()
 {
     data_mapper4::map_collection maps;
-    auto result = maps.load(data_mapper4::load_path("examples/kinds.xml"));
-    if (result.type() != data_mapper4::map_error_t::no_error) {
-        std::cerr << maps.map_error_as_string(result) << ", line " << result.line() << '\n';
+    data_mapper4::load_report report = data_mapper4::load_maps(maps, "examples/master.xml");
+    if (report.errors() != 0) {
+        std::cerr << report.text();
         return 1;
     }
 
     std::string text = "hello";
+    maps.get_arg("units", "km", text);  // true, "kilometre"
+    std::cout << text << '\n';
+
     maps.get_arg("greeting", "fr", text);  // true, "bonjour"
     std::cout << text << '\n';
 
@@ -30,7 +33,10 @@ int main()
     maps.get_args_vector("trains", "Basel", trains);  // true, two sets, each with "name", "time" and "track"
     std::cout << trains[0]["name"] << ' ' << trains[0]["time"] << '\n';
 
-    data_mapper4::load_report report = data_mapper4::load_maps(maps, "examples/kinds.xml");
-    if (report.errors() != 0) std::cerr << report.text();
-    std::cout << report.maps().size() << " maps\n";
+    data_mapper4::map_collection others;
+    auto result = others.load(data_mapper4::load_path("examples/master.xml"));
+    if (result.type() != data_mapper4::map_error_t::no_error) {
+        std::cerr << others.map_error_as_string(result) << ", line " << result.line() << '\n';
+    }
+    std::cout << others.maps().size() << " maps\n";
 }

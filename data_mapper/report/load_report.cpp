@@ -26,17 +26,17 @@ map_error_t load_report::result() const
     return m_state == nullptr ? map_error_t() : m_state->result;
 }
 
-const std::vector<finding>& load_report::findings() const
+const std::vector<finding>& load_report::findings() const&
 {
     return m_state == nullptr ? nothing<std::vector<finding>>() : m_state->findings;
 }
 
-const std::vector<checked_map>& load_report::maps() const
+const std::vector<checked_map>& load_report::maps() const&
 {
     return m_state == nullptr ? nothing<std::vector<checked_map>>() : m_state->maps;
 }
 
-const std::vector<checked_file>& load_report::files() const
+const std::vector<checked_file>& load_report::files() const&
 {
     return m_state == nullptr ? nothing<std::vector<checked_file>>() : m_state->files;
 }
