@@ -1,20 +1,20 @@
-// check_maps: explains everything that is wrong with a set of map files; load_maps: loads a set only if nothing is.
+// check_maps: explains everything that is wrong with a set of map files; load_maps: loads a set only if it has no errors.
 //
 //     const data_mapper4::load_report report = data_mapper4::check_maps("maps/world.xml");
 //     if (report.errors() != 0) std::cerr << report.text();
 //
 // map_collection::load stops a file at its first fault, and a fault in an included file does not show in its result. A
 // check reads the same files, says where every fault is and what to write instead, and goes on after it with the next
-// item, map or include. XML that is not well-formed ends its own file, after what precedes it was checked.
+// item, map or include. If a file is not well-formed, its check ends there; everything before the fault is checked.
 //
-// Errors are of two classes. Either load notices: a file ends with a code, or a map is lost, or an item is dropped or
-// skipped. Or load does not notice, although the author meant something else: ignored text, a file that ends with an
-// element open, a map or an include inside a map, a second <maps>, a map element without a name. Warnings are for maps
-// without content, which load skips, and for includes that are found on this system but not on others. docs/errors.md
-// lists the rules with an example of each.
+// There are two classes of error: those that load notices, because a file ends with a code, or a map is lost, or an
+// item is dropped or skipped; and those that it does not, although the author meant something else: ignored text, a
+// file that ends with an element open, a map or an include inside a map, a second <maps>, a map element without a name.
+// Warnings are for maps without content, which load skips, and for includes that are found on this system but not on
+// others. docs/errors.md lists the rules with an example of each.
 //
-// The record, the maps and the end of each file are those of load itself, on the same bytes: a check runs it. Each file
-// is read from disk once, however often it is included.
+// A check runs load on the same bytes, so the maps and the result of each file are those of load. Each file is read from
+// disk once, however often it is included.
 //
 // Texts and paths are UTF-8; bytes of a path that are not are replaced by U+FFFD. Lines and columns are counted from 1,
 // columns in Unicode code points: a tab is one, a BOM none.
@@ -54,8 +54,8 @@ struct check_options
     // load treats such a file as missing. No suggestion names a file outside the folder.
     std::filesystem::path within = {};
 
-    // Whether to look into folders, to suggest a name for a missing file, and to compare the letter case of names. Some
-    // standard libraries end the program if memory runs out there.
+    // Whether to list folders, to suggest a name for a missing file, and to compare the letter case of names. Some
+    // standard libraries terminate the program if memory runs out while listing.
     bool suggest_files = false;
 };
 
@@ -66,7 +66,7 @@ enum class severity
     warning,
 };
 
-// A part of a file, or an empty one. Line 0: the file as a whole.
+// A part of a file; it may be empty. Line 0 means the whole file.
 struct file_place
 {
     ustring8 file;
@@ -102,13 +102,13 @@ struct finding
     std::vector<file_place> included_by;  // the chain of includes, innermost first; of a longer one, the first 16
 };
 
-// A file, as often as load or the check read it.
+// One reading of a file: a file that is included twice is listed twice.
 struct checked_file
 {
     ustring8 path;
     bool is_loaded = false;  // false if load ended before it got to this file, which was then only checked
     map_error_t result;      // what the load of this file ended with; no_error with line 0 if it was only checked. Its
-                             // line() is not const: ask a copy
+                             // line() is not const: call it on a copy
     file_place included_at;  // line 0 for the master file
 };
 
@@ -125,13 +125,13 @@ struct checked_map
 class DATA_MAPPER4_API load_report
 {
 public:
-    // A report without findings, of nothing.
+    // An empty report.
     load_report();
     ~load_report();
     load_report(load_report&& other) noexcept;
     load_report& operator=(load_report&& other) noexcept;
 
-    // What map_collection::load returns for the master file; no_error with line 0 if a limit ended the load before.
+    // What map_collection::load returns for the master file; no_error with line 0 if a limit stopped the load first.
     map_error_t result() const;
 
     // What is wrong, in the order of reading: an included file's findings are at the place of the include. The lists
@@ -148,7 +148,7 @@ public:
     const std::vector<checked_file>& files() const&;
     const std::vector<checked_file>& files() const&& = delete;
 
-    // The numbers of errors and of warnings, whether kept or not.
+    // How many errors and warnings there were, including any that were not kept.
     std::size_t errors() const;
     std::size_t warnings() const;
 
@@ -169,14 +169,14 @@ private:
 // Checks a master file and everything it includes, as map_collection::load reads them into a new collection.
 DATA_MAPPER4_API load_report check_maps(const std::filesystem::path& master, const check_options& options = {});
 
-// The same; and if there is no error, `maps` becomes the loaded collection. Otherwise it is unchanged, also if memory
-// runs out. Warnings do not count.
+// The same; and if there is no error, `maps` becomes the loaded collection. Otherwise, or if memory runs out, `maps` is
+// unchanged. Warnings do not prevent loading.
 DATA_MAPPER4_API load_report load_maps(map_collection& maps, const std::filesystem::path& master,
                                        const check_options& options = {});
 
-// Returns a path as map_collection::load wants it on every system: in UTF-16 units, with backslashes and at least one of
-// them, so that the base directory is the file's folder. Empty if there is no such path: the path is empty, contains a
-// zero, is not UTF-8, or has a backslash within a name where that is not the separator.
+// Returns a path in the form that map_collection::load expects on every system: in UTF-16 units, with backslashes and
+// at least one of them, so that the base directory is the file's folder. Empty if there is no such path: the path is
+// empty, contains a zero, is not UTF-8, or has a backslash within a name where that is not the separator.
 DATA_MAPPER4_API std::wstring load_path(const std::filesystem::path& path);
 
 }  // namespace data_mapper4
