@@ -46,13 +46,19 @@ This package has the command-line tool, data_mapper.")
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/debian_files.cmake")
 
 # On Windows, programs need the compiler's own libraries next to them. g++ prints the bare name of one that it has not.
+# They are stripped, since libstdc++ comes with 20 MB of debug information.
 if(MINGW)
+    set(runtime_folder "${PROJECT_BINARY_DIR}/runtime")
+    file(MAKE_DIRECTORY "${runtime_folder}")
     foreach(name IN ITEMS libgcc_s_seh-1 libstdc++-6 libwinpthread-1)
         execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${name}.dll
             OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE
         )
         if(IS_ABSOLUTE "${runtime}")
-            install(FILES "${runtime}" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+            execute_process(COMMAND "${CMAKE_STRIP}" -o "${runtime_folder}/${name}.dll" "${runtime}"
+                COMMAND_ERROR_IS_FATAL ANY
+            )
+            install(FILES "${runtime_folder}/${name}.dll" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
         endif()
     endforeach()
 endif()
