@@ -3,10 +3,16 @@ if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
 endif()
 get_filename_component(project "${CPACK_RESOURCE_FILE_LICENSE}" DIRECTORY)
-file(READ "${CPACK_RESOURCE_FILE_LICENSE}" licence)
-string(STRIP "${licence}" licence)
-string(REPLACE "\n" "\n " licence "${licence}")
-string(REPLACE "\n \n" "\n .\n" licence "${licence}")
+# Sets a variable to the text of a licence, as a field of the copyright file has it.
+function(read_licence file variable)
+    file(READ "${file}" text)
+    string(STRIP "${text}" text)
+    string(REPLACE "\n" "\n " text "${text}")
+    string(REPLACE "\n \n" "\n .\n" text "${text}")
+    set(${variable} "${text}" PARENT_SCOPE)
+endfunction()
+read_licence("${CPACK_RESOURCE_FILE_LICENSE}" licence)
+read_licence("${project}/examples/world/LICENSE-UNICODE" data_licence)
 set(copyright "Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/
 Upstream-Name: data_mapper4
 
@@ -14,6 +20,11 @@ Files: *
 Copyright: 2026 ${CPACK_PACKAGE_VENDOR}
 License: none-chosen-yet
  ${licence}
+
+Files: examples/world/*
+Copyright: 1991-2022 Unicode, Inc.
+License: Unicode-DFS-2016
+ ${data_licence}
 ")
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(changelog "data-mapper4 (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
