@@ -55,8 +55,9 @@ const char* utf16_name(std::string_view bytes)
     return bytes.substr(0, 2) == "\xFE\xFF" || bytes[0] == '\0' ? "UTF-16BE" : nullptr;
 }
 
-// Returns the text in UTF-8. The first ill-formed unit and everything after it are replaced by a byte that is never
-// valid, because expat's own conversion accepts some ill-formed units.
+// Returns the text in UTF-8. The first ill-formed unit or zero and everything after it are replaced by a byte that is
+// never valid, because expat's own conversion accepts some ill-formed units, and expat takes a text that has a zero at its
+// beginning for UTF-16, whatever it is told.
 std::string utf8_of(std::string_view utf16, const char* encoding)
 {
     std::string from(utf16);
@@ -66,10 +67,11 @@ std::string utf8_of(std::string_view utf16, const char* encoding)
     std::size_t unread = from.size();
     std::size_t unused = text.size();
     const iconv_t converter = iconv_open("UTF-8", encoding);
-    const bool is_sound = iconv(converter, &next, &unread, &end, &unused) == 0;
+    const bool is_well_formed = iconv(converter, &next, &unread, &end, &unused) == 0;
     iconv_close(converter);
     text.resize(text.size() - unused);
-    return is_sound ? text : text + '\xFF';
+    const std::string sound = text.substr(0, text.find('\0'));
+    return is_well_formed && sound == text ? sound : sound + '\xFF';
 }
 
 // True for the name characters of XML's fifth edition that an earlier edition may not allow. UTF-8 sorts like code
