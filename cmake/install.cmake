@@ -1,5 +1,5 @@
-# Installs what a host needs: the library, its public headers, packages for find_package and pkg-config, and the examples;
-# and for the authors of map files, the schema.
+# Installs what a host needs: the library, its public headers and packages for find_package and pkg-config; and for the
+# authors of map files, the schema.
 include(CMakePackageConfigHelpers)
 
 foreach(header IN LISTS public_headers)
@@ -12,7 +12,6 @@ install(TARGETS data_mapper4 EXPORT data_mapper4-targets
     ARCHIVE COMPONENT development
 )
 install(FILES schema/maps.xsd DESTINATION "${CMAKE_INSTALL_DATADIR}/data_mapper4" COMPONENT development)
-install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/data_mapper4")
 install(EXPORT data_mapper4-targets NAMESPACE data_mapper4:: FILE data_mapper4Config.cmake

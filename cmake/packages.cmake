@@ -9,6 +9,7 @@ if(CMAKE_SYSTEM_PROCESSOR)
     set(CPACK_SYSTEM_NAME "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
 endif()
 install(FILES LICENSE CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation)
+install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT development)
 
 # A new interface has a new SONAME, and the package of the library has it in its name, so that both can be installed.
 set(CPACK_DEB_COMPONENT_INSTALL ON)
