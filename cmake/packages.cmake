@@ -47,19 +47,18 @@ This package has the command-line tool, data_mapper.")
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/debian_files.cmake")
 
 # On Windows, programs need the compiler's own libraries next to them. g++ prints the bare name of one that it has not.
-# They are stripped, since libstdc++ comes with 20 MB of debug information.
+# Packages get them without their debug information, which is 20 MB in libstdc++.
 if(MINGW)
-    set(runtime_folder "${PROJECT_BINARY_DIR}/runtime")
-    file(MAKE_DIRECTORY "${runtime_folder}")
     foreach(name IN ITEMS libgcc_s_seh-1 libstdc++-6 libwinpthread-1)
         execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${name}.dll
             OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE
         )
         if(IS_ABSOLUTE "${runtime}")
-            execute_process(COMMAND "${CMAKE_STRIP}" -o "${runtime_folder}/${name}.dll" "${runtime}"
-                COMMAND_ERROR_IS_FATAL ANY
-            )
-            install(FILES "${runtime_folder}/${name}.dll" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+            install(FILES "${runtime}" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+            set(installed "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/${name}.dll")
+            install(CODE "if(CMAKE_INSTALL_DO_STRIP)
+                execute_process(COMMAND \"${CMAKE_STRIP}\" \"${installed}\" COMMAND_ERROR_IS_FATAL ANY)
+            endif()" COMPONENT runtime)
         endif()
     endforeach()
 endif()
