@@ -3,6 +3,7 @@ if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
 endif()
 get_filename_component(project "${CPACK_RESOURCE_FILE_LICENSE}" DIRECTORY)
+
 # Sets a variable to the text of a licence, as a field of the copyright file has it.
 function(read_licence file variable)
     file(READ "${file}" text)

@@ -9,8 +9,8 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 
 add_library(data_mapper4_warnings INTERFACE)
 if(MSVC)
-    # C4251: hosts and library share one standard library, as the README says. C4996: MSVC deprecates std::getenv. C5030: it
-    # does not know the attributes of other compilers.
+    # C4251: hosts and library share one standard library, as the README says. C4996: MSVC deprecates std::getenv. C5030:
+    # it does not know the attributes of other compilers.
     target_compile_options(data_mapper4_warnings INTERFACE
         /W4 /permissive- /utf-8 /wd4251 /wd4996 /wd5030 $<$<BOOL:${DATA_MAPPER4_WERROR}>:/WX>
     )
