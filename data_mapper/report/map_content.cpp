@@ -133,16 +133,19 @@ void map_content::check_names(file_findings& findings, const xml_document& docum
         return element.attributes.front().value.raw;
     };
     const gathered_item* first = nullptr;
+    std::string_view first_name;  // in the text; read once, because the item may have many attributes
     for (const item_batch::sorted_item& each : m_items.sorted) {
         const gathered_item& item = m_items.items[each.item];
         if (first == nullptr || first->key != item.key) {
             first = &item;
+            first_name = {};
             continue;
         }
         findings.add(rule::duplicate_item, value_of(item), [&] {
+            if (first_name.data() == nullptr) first_name = value_of(*first);
             return finding_text{"item " + in_quotes(item.key) + " is declared twice in map " + in_quotes(m_name),
                                 {},
-                                {findings.related("first declared here", value_of(*first))}};
+                                {findings.related("first declared here", first_name)}};
         });
     }
 }

@@ -7,7 +7,7 @@ namespace data_mapper4 {
 namespace {
 
 // In bytes.
-constexpr std::size_t block_size = std::size_t{1} << 16;
+constexpr std::size_t block_size = std::size_t{1} << 12;
 
 // In code points.
 constexpr std::size_t window_size = 160;
