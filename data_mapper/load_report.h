@@ -31,6 +31,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,24 +40,31 @@
 
 namespace data_mapper4 {
 
-// What a check may read, and how much it keeps.
+// What a check may read, and how much it keeps. Exceeding a limit is an error that says which one, and where; nothing
+// further is read or loaded, and is_complete() is false.
 struct check_options
 {
     // The most findings that are kept, errors before warnings. All are counted.
     std::size_t max_findings = 1000;
 
-    // The most files, each counted as often as it is included, whether or not it exists, and the most bytes of all files
-    // together. Exceeding a limit is an error; nothing further is read, and is_complete() is false.
+    // The most files, each counted as often as it is included, whether or not it exists.
     std::size_t max_files = 10000;
+
+    // The most bytes of all files together, as they are on disk, each file counted as often as it is read. Nothing is
+    // read of a file that is larger than what is left.
     std::uint64_t max_bytes = std::uint64_t{1} << 32;
 
-    // If not empty, a folder: an include that leads out of it, by `..` or a symbolic link, is an error, and is not read.
-    // load treats such a file as missing. No suggestion names a file outside the folder.
-    std::filesystem::path within = {};
+    // If set, a folder that the master file and all that it includes must be in; an empty path is the current folder. A
+    // path that leads out of it, by `..` or a link, is an error, and is neither opened nor looked for: load treats it as
+    // missing. No suggestion names a file outside the folder. If there is no such folder, everything is outside.
+    std::optional<std::filesystem::path> within = {};
 
-    // Whether to list folders, to suggest a name for a missing file, and to compare the letter case of names. Some
-    // standard libraries terminate the program if memory runs out while listing.
+    // Whether to list folders, to suggest a name for a missing file, and to compare the letter case of names.
     bool suggest_files = false;
+
+    // The most values that the maps may have together: one for each item and arg, or instead, in maps with attributes, one
+    // for each of their attribute names, present or not. A small file can have very many of those.
+    std::uint64_t max_values = 100000000;
 };
 
 // How bad a finding is.

@@ -124,8 +124,7 @@ TEST(Failures, OfMemoryAreThrownAndLoseNothingThatWasLoaded)
     }
 }
 
-// It throws, or has the result that it has anyway: the standard library may do without the memory. Not with
-// suggest_files, because it ends the program if memory runs out while it looks into a folder.
+// It throws, or has the result that it has anyway: the standard library may do without the memory.
 TEST(Failures, OfMemoryInACheckLeaveTheCollectionUnchanged)
 {
     const documents::folder folder;
@@ -133,20 +132,30 @@ TEST(Failures, OfMemoryInACheckLeaveTheCollectionUnchanged)
     folder.write("new", "<maps><include file='part'/><map name='without content'/></maps>");
     folder.write("part", documents::four_maps("new"));
     folder.write("bad",
-                 "<maps><include file='part'/><include file='prat'/><map name='newmap'><item naem='1'/>"
-                 "<item name='a'/><item name='a'/></map></x></maps>");
+                 "<maps><include file='part'/><include file='prat'/><include file='../x'/><map name='newmap'>"
+                 "<item naem='1'/><item name='a'/><item name='a'/></map></x></maps>");
     map_collection old;
     ASSERT_EQ(old.load(folder.path("old")).type(), map_error_t::no_error);
     const std::string old_answers = documents::all_answers(old, "");
-    for (const std::string name : {"bad", "new"}) {
-        bool is_reached = true;
-        for (long call = 0; is_reached; ++call) {
-            map_collection maps = old;
-            std::size_t errors = 99;
-            const auto operation = [&] { errors = load_maps(maps, folder.system_path(name)).errors(); };
-            is_reached = fails(call, true, operation, false);
-            EXPECT_TRUE(errors == (name == "new" ? 0U : 5U) || (errors == 99 && is_reached)) << call;
-            EXPECT_EQ(documents::all_answers(maps, "") == old_answers, errors != 0) << call;
+    check_options bounded;
+    bounded.within = folder.system_path("");
+    bounded.suggest_files = true;
+    for (const check_options& options : {check_options(), bounded}) {
+        for (const std::string name : {"bad", "new"}) {
+            const std::string expected = check_maps(folder.system_path(name), options).text();
+            bool is_reached = true;
+            for (long call = 0; is_reached; ++call) {
+                map_collection maps = old;
+                load_report report;
+                bool is_done = false;
+                const auto operation = [&] {
+                    report = load_maps(maps, folder.system_path(name), options);
+                    is_done = true;
+                };
+                is_reached = fails(call, true, operation, false);
+                EXPECT_TRUE(is_done ? report.text() == expected : is_reached) << call << report.text();
+                EXPECT_EQ(documents::all_answers(maps, "") == old_answers, !is_done || name == "bad") << call;
+            }
         }
     }
 }

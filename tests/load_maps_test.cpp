@@ -1,7 +1,9 @@
 // Sets of files that are large or odd, load_maps and load_path.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
+#include <thread>
 
 #include "data_mapper/load_report.h"
 #include "documents.h"
@@ -164,21 +166,149 @@ TEST(LoadMaps, TakesPathsOfEveryFormButNoDevices)
 
 #if defined(__linux__)
 
-TEST(Report, FollowsSymbolicLinksToWhereTheyLead)
+// Each path is an include, and the path of the master file.
+TEST(Report, OpensNothingOutsideItsFolder)
+{
+    namespace fs = std::filesystem;
+    const documents::folder home;
+    const std::string secret = "<maps><secret/></maps>";
+    home.write("maps/in", "<maps/>");
+    home.write("maps/sub/in", "<maps/>");
+    home.write("secret/x", secret);
+    home.write("maps2/x", secret);
+    const std::vector<std::pair<std::string, fs::path>> links = {
+        {"to_in", "in"},
+        {"to_sub", "sub"},
+        {"sub/up", "../in"},
+        {"there", "sub/../in"},
+        {"whole", home.system_path("maps/in")},
+        {"real", "sub/./up"},
+        {"evil", "../secret/x"},
+        {"folder", "../secret"},
+        {"out", ".."},
+        {"root", "/"},
+        {"absolute", home.system_path("secret/x")},
+        {"proc", "/proc/self/environ"},
+        {"nowhere", "../nosuch"},
+        {"back", "../maps/in"},
+        {"twice", "evil"},
+        {"loop", "loop"},
+        {"dangling", "nosuch"},
+        {"prefix", home.system_path("maps2/x")},
+        {"dots", home.system_path("maps/sub/../../secret/x")},
+    };
+    for (const auto& [name, target] : links) fs::create_symlink(target, home.system_path("maps/" + name));
+    fs::create_symlink("maps", home.system_path("link"));
+    const std::string depth = home.system_path("maps").relative_path().u8string();
+    const std::vector<documents::group> rows = {
+        {"", {"in", "./in", ".//sub/../in", "sub/in", "to_in", "to_sub/in", "sub/up", "there", "whole", "real"}},
+        {"outside-folder",
+         {"../secret/x",
+          "../maps/in",
+          "sub/../../maps/in",
+          "../nosuch/../maps/in",
+          "../home/../maps/in",
+          "sub/../..",
+          "../nosuch",
+          "../maps2/x",
+          "evil",
+          "folder/x",
+          "folder/nosuch",
+          "out/secret/x",
+          "out/maps/in",
+          "root/etc/passwd",
+          "root/" + depth + "/in",
+          "absolute",
+          "proc",
+          "nowhere",
+          "back",
+          "twice",
+          "prefix",
+          "dots",
+          "to_sub/../../secret/x",
+          std::string(4000, '.') + "/../../secret/x"}},
+        {"missing-file",
+         {"nosuch", "nosuch/../in", "loop", "dangling", "in/", "in/.", "sub", "to_sub", "sub/", "IN",
+          std::string(5000, 'x')}},
+    };
+    const auto rule_of = [](const load_report& report) {
+        EXPECT_TRUE(report.maps().empty() && report.text().find("secret/>") == std::string::npos);
+        return report.findings().empty() ? "" : report.findings().front().rule;
+    };
+    check_options options;
+    options.suggest_files = true;
+    const fs::path before = fs::current_path();
+    for (const std::string folder : {"maps", "link", "maps/sub/..", "./maps/"}) {
+        fs::current_path(home.system_path(""));
+        options.within = folder;
+        documents::check(rows, [&](const std::string& path) {
+            home.write("maps/master", "<maps><include file='" + path + "'/></maps>");
+            const std::string as_include = rule_of(check_maps("maps/master", options));
+            EXPECT_EQ(rule_of(check_maps(fs::absolute("maps/master"), options)), as_include) << path;
+            EXPECT_EQ(rule_of(check_maps("maps/" + path, options)), as_include) << path;
+            return as_include;
+        });
+    }
+    // An empty path is the current folder, and a folder that is not there has nothing in it.
+    options.within = "";
+    fs::current_path(home.system_path("maps"));
+    EXPECT_EQ(rule_of(check_maps("in", options)) + rule_of(check_maps("sub/in", options)), "");
+    EXPECT_EQ(rule_of(check_maps("../secret/x", options)), "outside-folder");
+    options.within = "nosuch";
+    EXPECT_EQ(rule_of(check_maps("in", options)), "outside-folder");
+    fs::current_path(before);
+}
+
+TEST(Report, StaysInItsFolderWhileThatChanges)
+{
+    namespace fs = std::filesystem;
+    const documents::folder home;
+    home.write("maps/m", "<maps><include file='d/x'/><include file='d/e/../x'/></maps>");
+    home.write("maps/d/x", "<maps/>");
+    home.write("maps/d/e/x", "<maps/>");
+    home.write("secret/x", "<maps><secret/></maps>");
+    home.write("secret/e/x", "");
+    fs::create_symlink("../secret", home.system_path("maps/l"));
+    std::atomic<bool> is_over = false;
+    std::thread changer([&] {
+        const auto move = [&](const char* from, const char* to) {
+            fs::rename(home.system_path(from), home.system_path(to));
+        };
+        while (!is_over) {
+            move("maps/d", "maps/o");
+            move("maps/l", "maps/d");
+            move("maps/d", "maps/l");
+            move("maps/o/e", "secret/f");  // the parent of the open folder is now outside
+            move("secret/f", "maps/o/e");
+            move("maps/o", "maps/d");
+        }
+    });
+    check_options options;
+    options.within = home.system_path("maps");
+    std::size_t outside = 0;
+    for (int i = 0; i < 3000; ++i) {
+        const load_report report = check_maps(home.system_path("maps/m"), options);
+        for (const finding& each : report.findings()) {
+            EXPECT_TRUE(each.rule == "missing-file" || each.rule == "outside-folder") << each.message;
+            outside += each.rule == "outside-folder" ? 1U : 0U;
+        }
+    }
+    is_over = true;
+    changer.join();
+    EXPECT_NE(outside, 0U);
+}
+
+TEST(Report, ReadsNothingOfAFileThatIsTooLarge)
 {
     const documents::folder home;
-    home.write("d/a", "<maps><include file='in'/><include file='out'/></maps>");
-    home.write("d/b", "<maps/>");
-    home.write("c", "<x/>");
-    std::filesystem::create_symlink("b", home.system_path("d/in"));
-    std::filesystem::create_symlink("../c", home.system_path("d/out"));
-    std::filesystem::create_symlink("d", home.system_path("link"));
-    check_options options;
-    options.within = home.system_path("link");
-    const load_report report = check_maps(home.system_path("d/a"), options);
+    home.write("a", "<maps><include file='b'/></maps>");
+    home.write("b", "<maps/>");
+    std::filesystem::resize_file(home.system_path("b"), std::uintmax_t{100} << 30);
+    const auto begin = std::chrono::steady_clock::now();
+    const load_report report = check_maps(home.system_path("a"));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
     ASSERT_EQ(report.findings().size(), 1U);
-    EXPECT_EQ(report.findings().front().rule + report.findings().front().message,
-              "outside-folder\"out\" is outside the folder that includes must stay in");
+    EXPECT_EQ(report.findings().front().rule, "limit-reached");
 }
 
 #endif

@@ -63,7 +63,7 @@ std::string outcome(const files& set, check_options options, checker check)
 {
     const documents::folder home;
     for (const auto& [name, content] : set) home.write(name, content);
-    if (!options.within.empty()) options.within = home.system_path(options.within.u8string());
+    if (options.within) options.within = home.system_path(options.within->u8string());
     const std::filesystem::path root = home.system_path("");
     std::string text = check(home.system_path(set.front().first), options);
     for (const std::string& folder : {root.u8string(), root.generic_u8string()}) {
@@ -92,11 +92,13 @@ const std::vector<row> rows = {
      R"(world.xml:2:18-2:28 error 1 "frensh.xml" does not exist; did you mean "french.xml"? [missing-file])", "frensh",
      "french", with_names},
     {"outside-folder",
-     "An include leads out of the folder that the caller of the check allows. Without that limit, load follows it.",
+     "A file is outside the folder that the caller of the check allows, or a link leads out of it. It is neither "
+     "opened nor "
+     "looked for. Without that limit, load reads it.",
      {{"maps/world.xml", maps(R"(<include file="../french.xml"/>)")},
       {"french.xml", french},
       {"maps/french.xml", french}},
-     R"(maps/world.xml:2:18-2:31 error 1 "../french.xml" is outside the folder that includes must stay in )"
+     R"(maps/world.xml:2:18-2:31 error 1 "../french.xml" is outside the folder that files are restricted to )"
      "[outside-folder]",
      "../",
      "",
@@ -113,9 +115,13 @@ const std::vector<row> rows = {
      "= remove one of the includes | world.xml:2:3-2:11 first included here",
      include + "\n  ", ""},
     {"limit-reached",
-     "The files are too many, or too large together, for the options of the check. Load has no such limits.",
+     "The files are too many or too large together, or their maps have too many values, for the options of the check. "
+     "Load "
+     "has no such limits.",
      world(maps(include), {{"french.xml", french}}),
-     "world.xml error 0 the limit of 1 files is exceeded [limit-reached] ...", include, "", one_file},
+     "world.xml:2:3-2:11 error 0 the limit of 1 file is exceeded; nothing further is read [limit-reached] = raise "
+     "check_options::max_files, or --max-files of the tool ...",
+     include, "", one_file},
     {"unportable-path",
      "An include is found on this system but not on others, for its letter case or a backslash. Load follows it."},
     {"unreadable-file", "A file is there but the system fails to read it. Load goes on without it.", unreadable,

@@ -45,7 +45,7 @@ std::string found(const files& set, const check_options& options = {})
         map_collection fresh;
         const load_report report = load_maps(maps, master, limited);
         map_error_t result = fresh.load(load_path(master));
-        if (limited.within.empty() && report.is_complete()) {
+        if (!limited.within && report.is_complete()) {
             EXPECT_EQ(report.result().type(), result.type());
             EXPECT_EQ(report.result().line(), result.line());
             EXPECT_EQ(report.maps().size(), fresh.maps().size());
@@ -185,26 +185,50 @@ TEST(Report, KeepsToItsLimits)
     const std::string mixed = "<maps><map name='m'/>\n<x/>\n<map name='n'/>\n<x/>\n<x/></maps>";
     const std::string warning = "world.xml:1:7-1:11 warning 0 map \"m\" has no content and is not loaded [empty-map]";
     const std::string errors = "world.xml:2:1-2:3" + unknown + "\nworld.xml:4:1-4:3" + unknown;
-    const auto limit = [](const std::string& what) {
-        return "world.xml error 0 the limit of " + what + " is exceeded [limit-reached] ...";
+    const auto limit = [](const std::string& place, const std::string& number, const std::string& by) {
+        const std::string unit = number.substr(number.find(' ') + 1) + (number.back() == 's' ? "" : "s");
+        return "world.xml" + place + " error 0 the limit of " + number + " is exceeded" + by +
+               "; nothing further is read [limit-reached] = raise check_options::max_" + unit + ", or --max-" + unit +
+               " of the tool ...";
     };
     const std::string missing = "world.xml:1:22-1:27 error 1 \"b.xml\" does not exist [missing-file]\n";
     const std::string two = "<maps><include file='b.xml'/><include file='c.xml'/></maps>";
     const files three = world(two, {{"b.xml", "<maps/>"}, {"c.xml", "<maps/>"}});
     const std::uint64_t size = two.size() + 14;
+    const files again = world("<maps><include file='b.xml'/>\n<include file='b.xml'/></maps>", {{"b.xml", "<maps/>"}});
     const files neighbours = {{"d/a", "<maps><include file='../d2/b'/></maps>"}, {"d2/b", "<maps/>"}};
+    // Each byte beyond ASCII is two in UTF-8.
+    const std::string latin = "<?xml version='1.0' encoding='ISO-8859-1'?><maps><!--" + std::string(800, '\xE9') +
+                              "--><include file='b.xml'/></maps>";
+    const files wide = world(latin, {{"b.xml", "<maps><!--" + std::string(100000, ' ') + "--></maps>"}});
+    const files products = world(
+        "<maps><map name='m'><item name='a'/><arg name='b'/></map><collection_map name='c'><item name='a' x='' "
+        "y=''/><item name='b'/></collection_map>\n<vector_collection_map name='v'><item name='a'/><arg name='b' "
+        "x=''/><arg name='c'/></vector_collection_map></maps>");
+    const auto values = [](std::uint64_t most) { return check_options{10, 10, 100000, {}, false, most}; };
     const std::vector<std::tuple<std::string, files, check_options>> rows = {
         {" of 3+2", world(mixed), {0}},
         {errors + " of 3+2", world(mixed), {2}},
         {warning + '\n' + errors + "\nworld.xml:5:1-5:3" + unknown + " of 3+2", world(mixed), {4}},
         {"", three, {10, 3, size}},
-        {limit("2 files"), three, {10, 2, size}},
-        {limit(std::to_string(size - 1) + " bytes"), three, {10, 3, size - 1}},
-        {missing + limit("2 files"), world(two), {10, 2}},
-        {limit("0 files"), world(two), {10, 0}},
-        {R"(d/a:1:22-1:29 error 1 "../d2/b" is outside the folder that includes must stay in [outside-folder])",
+        {limit(":1:30-1:38", "2 files", ""), three, {10, 2, size}},
+        {limit(":1:30-1:38", std::to_string(size - 1) + " bytes", " by \"c.xml\""), three, {10, 3, size - 1}},
+        {limit(":2:1-2:9", std::to_string(again[0].second.size() + 7) + " bytes", " by \"b.xml\""),
+         again,
+         {10, 10, again[0].second.size() + 7}},
+        {limit("", "1 byte", " by \"world.xml\""), three, {10, 10, 1}},
+        {limit(":1:857-1:865", std::to_string(latin.size()) + " bytes", " by \"b.xml\""), wide, {10, 10, latin.size()}},
+        {missing + limit(":1:30-1:38", "2 files", ""), world(two), {10, 2}},
+        {limit("", "0 files", ""), world(two), {10, 0}},
+        {"", products, values(2 + 6 + 1 + 4)},
+        {limit(":2:1-2:23", "12 values", " by this map"), products, values(2 + 6 + 1 + 3)},
+        {limit(":1:58-1:73", "7 values", " by this map"), products, values(2 + 5)},
+        {R"(d/a:1:22-1:29 error 1 "../d2/b" is outside the folder that files are restricted to [outside-folder])",
          neighbours,
          {10, 10, 1000, "d"}},
+        {R"(d/a error 1 "d/a" is outside the folder that files are restricted to [outside-folder])",
+         neighbours,
+         {10, 10, 1000, "d2"}},
         {"", neighbours, {10, 10, 1000, "."}},
     };
     for (const auto& [expected, set, options] : rows) EXPECT_EQ(found(set, options), expected);

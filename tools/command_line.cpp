@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
+#include <optional>
 
 #include "data_mapper/report/wording.h"
 #include "data_mapper/version.h"
@@ -46,6 +48,8 @@ private:
     void add_check();
     void add_get();
     void add_format(CLI::App* to);
+    template <class number>
+    void add_limit(CLI::App* to, const char* name, number& limit, const char* summary);
     command_options options() const;
 
     CLI::App m_app{"Check, list and query XML mapping files."};
@@ -54,14 +58,20 @@ private:
     std::vector<const CLI::Option*> m_names;
     std::string m_format = "text";
     std::string m_color = "auto";
-    std::string m_within;
+    std::optional<std::string> m_within;
     std::string m_name;  // overwritten by each name; m_names has them all
-    std::size_t m_max_findings = check_options().max_findings;
+    check_options m_limits;
     bool m_is_werror = false;
 };
 
+// Limits that a build server can live with; those of the library are for hosts that trust their files.
+constexpr std::uint64_t most_bytes = std::uint64_t{128} << 20;
+constexpr std::uint64_t most_values = 20000000;
+
 command_line::command_line()
 {
+    m_limits.max_bytes = most_bytes;
+    m_limits.max_values = most_values;
     m_app.name("data_mapper");
     m_app.set_version_flag("--version", "data_mapper " + version(), "Print the version");
     m_app.set_help_flag("--help", "Print this help");
@@ -101,7 +111,14 @@ std::string check_folder(const std::string& folder)
 // The parser would take -1 for a very large number.
 std::string check_count(const std::string& text)
 {
-    return text.find_first_not_of("0123456789") == std::string::npos ? "" : "not a number: " + text;
+    const bool is_count = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+    return is_count ? "" : "not a number: " + text;
+}
+
+template <class number>
+void command_line::add_limit(CLI::App* to, const char* name, number& limit, const char* summary)
+{
+    to->add_option(name, limit, summary)->check(check_count)->option_text("N [" + std::to_string(limit) + ']');
 }
 
 void command_line::add_check()
@@ -112,12 +129,13 @@ void command_line::add_check()
         ->check(CLI::IsMember({"auto", "always", "never"}))
         ->option_text("auto|always|never");
     app->add_flag("--werror", m_is_werror, "Fail if there are warnings");
-    app->add_option("--within", m_within, "Refuse includes that lead out of this folder")
+    app->add_option("--within", m_within, "Refuse files outside this folder, the master file included")
         ->check(check_folder)
         ->option_text("FOLDER");
-    app->add_option("--max-findings", m_max_findings, "Show at most this many findings of each file; all are counted")
-        ->check(check_count)
-        ->option_text("N");
+    add_limit(app, "--max-findings", m_limits.max_findings, "Show at most this many findings of each FILE");
+    add_limit(app, "--max-files", m_limits.max_files, "Read at most this many files, each as often as it is included");
+    add_limit(app, "--max-bytes", m_limits.max_bytes, "Read at most this many bytes of all files together");
+    add_limit(app, "--max-values", m_limits.max_values, "Load maps of at most this many values together");
 }
 
 void command_line::add_get()
@@ -144,8 +162,8 @@ command_options command_line::options() const
     options.is_json = m_format == "json";
     options.is_werror = m_is_werror;
     options.color = m_color == "always" ? color_mode::always : m_color == "never" ? color_mode::never : options.color;
-    options.check.max_findings = m_max_findings;
-    options.check.within = std::filesystem::u8path(m_within);
+    options.check = m_limits;
+    if (m_within) options.check.within = std::filesystem::u8path(*m_within);
     options.check.suggest_files = true;
     return options;
 }

@@ -1,18 +1,19 @@
 // Checks a set of files: follows the includes from the master file on, those that load followed and, after a fault, the
 // others as well. Each file is checked once, where it is included first.
+#include <algorithm>
 #include <deque>
 #include <utility>
 
 #include "data_mapper/report/content_checker.h"
 #include "data_mapper/report/include_advice.h"
 #include "data_mapper/report/wording.h"
+#include "platform/text_file.h"
 
 namespace data_mapper4 {
 
 namespace {
 
 namespace fs = std::filesystem;
-using state = file_set::state;
 
 // A cycle of more files is named in part.
 constexpr std::size_t most_chain_names = 10;
@@ -34,7 +35,7 @@ public:
           m_load(m_files),
           m_names(m_load, m_files),
           m_writer(m_files, options),
-          m_advice(master, options.suggest_files)
+          m_advice(master, m_files, options.suggest_files)
     {
     }
 
@@ -50,10 +51,7 @@ public:
                 leave();
             }
         }
-        if (m_files.is_limit_reached()) {
-            m_writer.add_unplaced(shown_master(), rule::limit_reached, {m_files.limit_text()});
-            m_writer.state().is_complete = false;
-        }
+        add_limit();
         list_files();
         list_maps(maps);
         return m_writer.finish();
@@ -80,13 +78,13 @@ private:
 
     void begin()
     {
-        if (m_load.readings().empty()) return;
         const reading& master = m_load.readings().front();
         m_writer.state().result = master.result;
-        if (master.opened.found == state::read) {
-            enter(master.opened.file, no_number, {});
-        } else if (master.opened.found == state::beyond_limit) {
-            return;  // the limit is reported
+        if (!master.opened) return;  // the limit is reported
+        if (master.opened->file != no_number) {
+            enter(master.opened->file, no_number, {});
+        } else if (master.opened->access == file_access::outside) {
+            m_writer.add_unplaced(shown_master(), rule::outside_folder, {outside_message(shown_master())});
         } else if (m_path.empty()) {
             const bool has_backslash = shown_master().find('\\') != ustring8::npos;
             m_writer.add_unplaced(
@@ -95,8 +93,9 @@ private:
                                : "a path that is empty, is not Unicode or contains a zero cannot be loaded",
                  has_backslash ? "write the path with slashes" : ""});
         } else {
-            m_writer.add_unplaced(shown_master(), rule::missing_file,
-                                  m_advice.explain_missing(shown_master(), shown_master(), shown_master(), m_files));
+            m_writer.add_unplaced(
+                shown_master(), rule::missing_file,
+                m_advice.explain_missing(shown_master(), shown_master(), shown_master(), master.opened->access));
         }
     }
 
@@ -132,19 +131,19 @@ private:
         const std::size_t number =
             from_reading == no_number ? no_number : m_load.included_at(from_reading, from.include_position());
         const reading* const load = number == no_number ? nullptr : &m_load.readings()[number];
-        if (load == nullptr && !m_files.count()) return;
-        const file_set::opened opened = load != nullptr ? load->opened : m_files.open(path_of(from.include_path()));
-        if (opened.found == state::outside) return add_outside(from);
-        if (opened.found == state::missing) return add_missing(from, opened.path);
-        if (opened.found != state::read) return;
-        const auto known = m_known.find(opened.file);
-        if (known != m_known.end() && known->second.is_open) return add_cycle(from, opened.file, load);
+        const element_place place = {m_chain.back().file, from.include_position()};
+        const auto opened = load != nullptr ? load->opened : m_files.open(path_of(from.include_path()), place);
+        if (!opened) return;
+        if (opened->access == file_access::outside) return add_outside(from);
+        if (opened->access != file_access::open) return add_missing(from, opened->access);
+        const auto known = m_known.find(opened->file);
+        if (known != m_known.end() && known->second.is_open) return add_cycle(from, opened->file, load);
         // After a fault the check may get to a file earlier than load did.
-        const bool is_first = load != nullptr && m_load.first_of(opened.file) == number;
+        const bool is_first = load != nullptr && m_load.first_of(opened->file) == number;
         if (known != m_known.end() && is_first) return;
         if (known != m_known.end()) return add_twice(from, known->second, load);
-        add_unportable(from, opened.path);
-        enter(opened.file, m_chain.back().content, from.findings().part_of(from.include_tag()));
+        add_unportable(from, m_files.path(opened->file));
+        enter(opened->file, m_chain.back().content, from.findings().part_of(from.include_tag()));
     }
 
     // As load makes it of an include.
@@ -154,18 +153,39 @@ private:
         return m_path.substr(0, m_path.rfind(L'\\') + 1) + std::wstring(units.begin(), units.end());
     }
 
-    void add_missing(content_checker& from, const ustring8& opened)
+    void add_missing(content_checker& from, file_access access)
     {
         from.findings().add(rule::missing_file, from.include_part(), [&] {
-            return m_advice.explain_missing(from.include_path(), opened, m_files.path(m_chain.back().file), m_files);
+            const std::wstring path = path_of(from.include_path());
+            return m_advice.explain_missing(from.include_path(),
+                                            NUVEK_2_18::parser::system_path({path.begin(), path.end()}),
+                                            m_files.path(m_chain.back().file), access);
         });
+    }
+
+    static ustring8 outside_message(const ustring8& path)
+    {
+        return in_quotes(path) + " is outside the folder that files are restricted to";
     }
 
     void add_outside(content_checker& from)
     {
-        from.findings().add(rule::outside_folder, from.include_part(), [&] {
-            return finding_text{in_quotes(from.include_path()) + " is outside the folder that includes must stay in"};
-        });
+        from.findings().add(rule::outside_folder, from.include_part(),
+                            [&] { return finding_text{outside_message(from.include_path())}; });
+    }
+
+    // At the place where reading stopped, unless that is not in a file that was read.
+    void add_limit()
+    {
+        const auto& limit = m_files.limit();
+        if (!limit) return;
+        m_writer.state().is_complete = false;
+        const finding_text text = {limit->message, limit->hint};
+        const auto known = m_known.find(limit->where.file);
+        if (known == m_known.end()) return m_writer.add_unplaced(shown_master(), rule::limit_reached, text);
+        const std::string_view tag = tag_at(*m_files.document(limit->where.file), limit->where.position);
+        const std::size_t begin = offset_of(*m_files.document(limit->where.file), limit->where.position);
+        m_writer.add(known->second.content, rule::limit_reached, begin, begin + tag.size(), [&] { return text; });
     }
 
     void add_unportable(content_checker& from, const ustring8& opened)
@@ -221,32 +241,34 @@ private:
     {
         std::vector<checked_file>& files = m_writer.state().files;
         for (const reading& each : m_load.readings()) {
-            if (!each.is_read || each.opened.file == no_number) continue;
-            checked_file listed = {m_files.path(each.opened.file), true, each.result, {}};
+            if (!each.is_read || file_of(each) == no_number) continue;
+            checked_file listed = {m_files.shown_path(file_of(each)), true, each.result, {}};
             if (each.parent != no_number) {
-                listed.included_at = place_of_element(m_load.readings()[each.parent].opened.file, each.include);
+                listed.included_at = place_of_element(file_of(m_load.readings()[each.parent]), each.include);
             }
             files.push_back(std::move(listed));
         }
         for (const auto& [file, known] : m_known) {
             if (m_load.first_of(file) != no_number) continue;
-            const text_part& include = m_writer.content(known.content).include;
-            files.push_back({m_files.path(file), false, {}, m_writer.place_of(include)});
+            const checked_content& content = m_writer.content(known.content);
+            const bool is_master = content.parent == no_number;
+            files.push_back(
+                {m_files.shown_path(file), false, {}, is_master ? file_place() : m_writer.place_of(content.include)});
         }
     }
 
     void list_maps(map_collection& loaded)
     {
         std::vector<checked_map>& maps = m_writer.state().maps;
+        maps.reserve(m_load.maps().size());
         // In the order of loading, because that is the cheapest order for finding places.
-        std::map<ustring8, file_place> places;
         for (const auto* const each : m_load.maps()) {
-            const std::size_t file = m_load.readings()[each->second.reading].opened.file;
-            places.emplace(each->first, place_of_element(file, each->second.position));
+            const ustring8& name = each->first;
+            const std::size_t file = file_of(m_load.readings()[each->second.reading]);
+            maps.push_back({name, loaded.type(name), load_recorder::item_count(loaded, name),
+                            place_of_element(file, each->second.position)});
         }
-        for (const auto& [name, place] : places) {
-            maps.push_back({name, loaded.type(name), load_recorder::item_count(loaded, name), place});
-        }
+        std::sort(maps.begin(), maps.end(), [](const checked_map& a, const checked_map& b) { return a.name < b.name; });
     }
 
     fs::path m_master;

@@ -1,7 +1,6 @@
 #include "data_mapper/report/include_advice.h"
 
 #include <algorithm>
-#include <system_error>
 
 #include "data_mapper/report/nearest_name.h"
 #include "data_mapper/report/wording.h"
@@ -14,6 +13,9 @@ namespace fs = std::filesystem;
 
 // A larger folder is not looked at as a whole.
 constexpr std::size_t most_neighbors = 1000;
+
+// After so many names there are no more suggestions: many missing files among many others would take too long.
+constexpr std::size_t most_compared = 200000;
 
 bool is_same_but_for_case(const ustring8& a, const ustring8& b)
 {
@@ -30,24 +32,22 @@ ustring8 with_name(const ustring8& written, const ustring8& name)
 }  // namespace
 
 finding_text include_advice::explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including,
-                                             const file_set& files)
+                                             file_access access)
 {
-    std::error_code error;
-    const fs::path path = fs::u8path(opened);
-    const fs::file_status status = opened.empty() ? fs::file_status() : fs::status(path, error);
-    if (fs::is_regular_file(status)) return {in_quotes(written) + " cannot be opened"};
-    if (fs::exists(status)) return {in_quotes(written) + " is not a file"};
+    if (access == file_access::unreadable) return {in_quotes(written) + " cannot be opened"};
+    if (access == file_access::not_a_file) return {in_quotes(written) + " is not a file"};
     finding_text text = {in_quotes(written) + " does not exist"};
-    if (!m_may_look || opened.empty() || !files.is_allowed(path.parent_path())) return text;
+    if (!m_may_look || opened.empty()) return text;
 
+    const fs::path path = fs::u8path(opened);
     const ustring8 name = path_text(path.filename());
     const ustring8 near = near_file(path);
     if (!near.empty()) text.message += did_you_mean(in_quotes(with_name(written, near)));
     if (is_same_but_for_case(near, name)) text.hint = "the letter case of file names counts";
 
     const fs::path beside = fs::u8path(including).parent_path() / fs::u8path(written);
-    const bool is_relative = fs::u8path(written).is_relative() && files.is_allowed(beside);
-    if (near.empty() && is_relative && beside.parent_path() != m_base && fs::is_regular_file(beside, error)) {
+    const bool is_relative = fs::u8path(written).is_relative();
+    if (near.empty() && is_relative && beside.parent_path() != m_base && is_file(beside)) {
         const fs::path better = beside.lexically_relative(m_base).generic_string<fs::path::value_type>();
         text.hint = "includes are relative to the folder of the master file: write " + in_quotes(path_text(better));
     }
@@ -71,6 +71,15 @@ ustring8 include_advice::find_unportable(const ustring8& written, const ustring8
     return "the file is called " + in_quotes(*variant) + "; other systems tell upper and lower case apart";
 }
 
+bool include_advice::is_file(const fs::path& path) const
+{
+    NUVEK_2_18::parser::system_file file;
+    const ustring8 name = path.u8string();
+    const auto* const bound = m_files.bound();
+    return (bound == nullptr ? NUVEK_2_18::parser::open_file(name, file) : bound->open_file(name, file)) ==
+           file_access::open;
+}
+
 // The extension must be the same, and makes no name longer.
 ustring8 include_advice::near_file(const fs::path& path)
 {
@@ -81,9 +90,16 @@ ustring8 include_advice::near_file(const fs::path& path)
                                    name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
         if (has_extension) stems.push_back(name.substr(0, name.size() - extension.size()));
     }
-    const ustring8 near(nearest_name(path_text(path.stem()), stems, most_neighbors));
+    const ustring8 near = nearest(path_text(path.stem()), stems);
     if (!near.empty()) return near + extension;
-    return ustring8(nearest_name(path_text(path.filename()), names_in(path.parent_path()), most_neighbors));
+    return nearest(path_text(path.filename()), names_in(path.parent_path()));
+}
+
+ustring8 include_advice::nearest(const ustring8& name, const std::vector<ustring8>& names)
+{
+    if (m_compared >= most_compared) return {};
+    m_compared += names.size();
+    return ustring8(nearest_name(name, names, most_neighbors));
 }
 
 const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
@@ -91,16 +107,13 @@ const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
     if (m_is_folder_known && m_folder == folder) return m_names;
     m_folder = folder;
     m_is_folder_known = true;
+    const auto* const bound = m_files.bound();
+    const ustring8 name = folder.u8string();
+    auto found =
+        bound == nullptr ? NUVEK_2_18::parser::files_in(name, most_neighbors) : bound->files_in(name, most_neighbors);
+    m_has_all_names = found.is_whole;
     m_names.clear();
-    m_has_all_names = true;
-    std::error_code error;
-    const fs::path looked_into = folder.empty() ? fs::path(".") : folder;
-    for (fs::directory_iterator entry(looked_into, error), end; !error && entry != end; entry.increment(error)) {
-        m_has_all_names = m_names.size() < most_neighbors;
-        if (!m_has_all_names) break;
-        std::error_code unknown;
-        if (entry->is_regular_file(unknown)) m_names.push_back(path_text(entry->path().filename()));
-    }
+    for (const ustring8& each : found.names) m_names.push_back(path_text(fs::u8path(each)));
     std::sort(m_names.begin(), m_names.end());
     return m_names;
 }

@@ -61,20 +61,20 @@ void load_recorder::swap(map_collection& a, map_collection& b) noexcept
 
 bool load_recorder::on_open(const std::wstring& path, std::size_t include)
 {
-    if (!m_files.count()) return false;
-    const file_set::opened& opened = m_files.open(path);
     const std::size_t number = m_readings.size();
     const std::size_t parent = m_chain.empty() ? no_number : m_chain.back();
-    m_readings.push_back({parent, include, opened});
+    const element_place place = m_chain.empty() ? element_place() : element_place{file_of(m_readings[parent]), include};
+    m_readings.push_back({parent, include, m_files.open(path, place)});
     m_included.emplace(std::make_pair(parent, include), number);
     m_chain.push_back(number);
-    return !m_files.is_limit_reached();
+    const std::size_t file = file_of(m_readings.back());
+    return file == no_number ? !m_files.limit() : m_files.take_values(file);
 }
 
 std::unique_ptr<NUVEK_2_18::parser::xml_stream_parser> load_recorder::make_parser(const std::wstring& /*path*/)
 {
     const std::size_t number = m_chain.back();
-    const std::size_t file = m_readings[number].opened.file;
+    const std::size_t file = file_of(m_readings[number]);
     m_readings[number].is_read = true;
     if (file != no_number) m_first.emplace(file, number);
     return NUVEK_2_18::parser::make_parser(file == no_number ? nullptr : m_files.document(file));

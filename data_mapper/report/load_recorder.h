@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,13 +18,19 @@ struct reading
 {
     std::size_t parent;   // the number of the including file's reading; no_number for the master file
     std::size_t include;  // the position of the including element
-    file_set::opened opened;
-    bool is_read = false;  // whether load read the file
+    std::optional<file_set::opened> opened;  // nothing if a limit was exceeded
+    bool is_read = false;                    // whether load read the file
 
     map_error_t result = {};     // of this file, as far as the load got
     std::size_t end = 0;         // the position of the first element that the load did not take
     bool has_duplicate = false;  // whether this file, or one that it includes, ended at a map that was loaded already
 };
+
+// The number of the file that a reading opened; no_number if it opened none.
+inline std::size_t file_of(const reading& each)
+{
+    return each.opened ? each.opened->file : no_number;
+}
 
 struct recorded_map
 {

@@ -22,7 +22,7 @@ std::optional<text_part> map_names::add(const ustring8& name, const declaration&
 
 text_part map_names::name_part(const recorded_map& map) const
 {
-    const std::size_t file = m_load.readings()[map.reading].opened.file;
+    const std::size_t file = file_of(m_load.readings()[map.reading]);
     const auto& document = *m_files.document(file);
     NUVEK_2_18::parser::xml_element element;
     document.index.read(map.position, element);

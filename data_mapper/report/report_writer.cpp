@@ -89,7 +89,7 @@ file_place report_writer::place_of(const text_part& part)
     source_text& text = m_files.text(part.file);
     const text_position begin = text.position_of(part.begin);
     const text_position end = text.position_of(part.end);
-    return {m_files.path(part.file), begin.line, begin.column, end.line, end.column};
+    return {m_files.shown_path(part.file), begin.line, begin.column, end.line, end.column};
 }
 
 std::vector<file_place> report_writer::includes_of(std::size_t content)

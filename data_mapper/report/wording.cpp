@@ -42,6 +42,11 @@ ustring8 escape(char32_t code_point)
     return "\\u{" + number + '}';
 }
 
+bool is_continuation(char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
 constexpr const char* replacement = "\xEF\xBF\xBD";
 
 }  // namespace
@@ -109,6 +114,17 @@ ustring8 path_text(const std::filesystem::path& path)
         unicode::append_utf8(code_point == unicode::malformed ? 0xFFFD : code_point, text);
     }
     return text;
+}
+
+ustring8 shortened(const ustring8& text, std::size_t most_bytes)
+{
+    if (text.size() <= most_bytes) return text;
+    const ustring8 dots = "...";
+    std::size_t head = (most_bytes - dots.size()) / 2;
+    std::size_t tail = text.size() - head;
+    while (head != 0 && is_continuation(text[head])) --head;
+    while (tail != text.size() && is_continuation(text[tail])) ++tail;
+    return text.substr(0, head) + dots + text.substr(tail);
 }
 
 ustring8 printable(std::string_view line)

@@ -1,0 +1,17 @@
+// Internal: counts the values that the maps of a document would have, before they are loaded.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "platform/xml_document.h"
+
+namespace data_mapper4 {
+
+// Takes the values of a document's maps, as check_options::max_values counts them, off the number that is left. Returns
+// the position of the map that has more than are left, if there is one. A map may have fewer: one that load ends at a
+// fault, or whose first row is not the one with the most attributes. Cost: linear in the document's elements.
+std::optional<std::size_t> take_values(const NUVEK_2_18::parser::xml_document& document, std::uint64_t& left);
+
+}  // namespace data_mapper4

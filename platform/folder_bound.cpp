@@ -1,0 +1,331 @@
+#include "platform/folder_bound.h"
+
+#include <utility>
+
+#if defined(_WIN32)
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
+#include <io.h>
+#include <windows.h>
+
+#include <filesystem>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+#include <string_view>
+#include <vector>
+#endif
+
+namespace NUVEK_2_18::parser {
+
+using strings::ustring8;
+
+namespace {
+
+bool begins_with(const ustring8& text, const ustring8& beginning)
+{
+    return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+// Whether the path is that of something below the folder; neither ends with a separator. The rest then begins with one.
+bool is_below(const ustring8& path, const ustring8& folder)
+{
+    return begins_with(path, folder) && path[folder.size()] == system_file::separator;
+}
+
+}  // namespace
+
+bool folder_bound::find_rest(const ustring8& path, ustring8& rest) const
+{
+    const ustring8 whole = absolute(path);
+    if (!m_is_found || !is_below(whole, m_prefix)) return false;
+    rest = whole.substr(m_prefix.size());
+    return true;
+}
+
+#if defined(_WIN32)
+
+namespace {
+
+std::wstring wide(const ustring8& path)
+{
+    return std::filesystem::u8path(path).wstring();
+}
+
+// The path without links, in the one form that the system has for it; empty if the system cannot say.
+ustring8 final_path(HANDLE file)
+{
+    std::wstring found(system_file::longest_path + 1, L'\0');
+    found.resize(GetFinalPathNameByHandleW(file, found.data(), static_cast<DWORD>(found.size()), 0));
+    if (!found.empty() && found.back() == L'\\') found.pop_back();  // of a drive
+    return std::filesystem::path(found).u8string();
+}
+
+ustring8 final_path(const ustring8& folder)
+{
+    constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file =
+        CreateFileW(wide(folder).c_str(), 0, shared, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return {};
+    ustring8 found = final_path(file);
+    CloseHandle(file);
+    return found;
+}
+
+// Whether the rest of a path can be followed without a link.
+file_access follow(const ustring8& prefix, const ustring8& rest)
+{
+    for (std::size_t end = 0; end != ustring8::npos;) {
+        end = rest.find(system_file::separator, end + 1);
+        const DWORD attributes = GetFileAttributesW(wide(prefix + rest.substr(0, end)).c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES) return file_access::missing;
+        if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return file_access::outside;
+    }
+    return file_access::open;
+}
+
+}  // namespace
+
+folder_bound::folder_bound(const ustring8& folder, const ustring8& base)
+    : m_real(final_path(folder.empty() ? "." : folder))
+{
+    const ustring8 path = absolute(base.empty() ? "." : base) + system_file::separator;
+    for (std::size_t at = path.find(system_file::separator); at != ustring8::npos && !m_is_found && !m_real.empty();) {
+        m_is_found = final_path(path.substr(0, at + 1)) == m_real;
+        if (m_is_found) m_prefix = path.substr(0, at);
+        at = path.find(system_file::separator, at + 1);
+    }
+}
+
+// Without `..`. Asks the system itself: std::filesystem::absolute of libstdc++ takes the beginning of `\\?\` and
+// `\\server` for that of a folder.
+ustring8 folder_bound::absolute(const ustring8& path) const
+{
+    const std::wstring name = wide(path);
+    std::wstring full(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(name.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return std::filesystem::path(full).u8string();
+}
+
+file_access folder_bound::open_file(const ustring8& path, system_file& file) const
+{
+    ustring8 rest;
+    if (!find_rest(path, rest)) return file_access::outside;
+    file_access access = follow(m_prefix, rest);
+    if (access != file_access::open) return access;
+    access = parser::open_file(m_prefix + rest, file);
+    if (access != file_access::open) return access;
+    if (is_below(final_path(reinterpret_cast<HANDLE>(_get_osfhandle(file.number()))), m_real)) return access;
+    file = system_file();
+    return file_access::outside;
+}
+
+folder_listing folder_bound::files_in(const ustring8& folder, std::size_t most) const
+{
+    ustring8 rest;
+    // With a name, because the folder may be the bound itself.
+    if (!find_rest(folder + system_file::separator + 'x', rest)) return {};
+    rest.resize(rest.rfind(system_file::separator));
+    if (!rest.empty() && follow(m_prefix, rest) != file_access::open) return {};
+    return parser::files_in(m_prefix + rest, most);
+}
+
+#else
+
+namespace {
+
+#if defined(O_PATH)
+constexpr int folder_flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int folder_flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+// No natural path has more names, those in its links included; the folders on the way are open at once. A path with more
+// counts as missing.
+constexpr std::size_t most_names = 100;
+
+// Takes the next name off a path, with the separators in front of it. Returns an empty name at the end.
+ustring8 take_name(ustring8& path)
+{
+    const std::size_t begin = std::min(path.find_first_not_of('/'), path.size());
+    const std::size_t end = std::min(path.find('/', begin), path.size());
+    ustring8 name = path.substr(begin, end - begin);
+    path.erase(0, end);
+    return name;
+}
+
+// Whether the names of a path lead out of the folder where it begins, whatever they name.
+bool leads_out(std::string_view path)
+{
+    std::ptrdiff_t depth = 0;
+    for (std::size_t begin = 0; begin < path.size() && depth >= 0;) {
+        const std::size_t end = std::min(path.find('/', begin), path.size());
+        const std::string_view name = path.substr(begin, end - begin);
+        if (name == "..") --depth;
+        if (!name.empty() && name != "." && name != "..") ++depth;
+        begin = end + 1;
+    }
+    return depth < 0;
+}
+
+// Follows a path from the folder on, name by name.
+class walk
+{
+public:
+    // `prefix` and `real` are the folder's paths, for links that name it.
+    walk(const descriptor& root, const ustring8& prefix, const ustring8& real)
+        : m_root(root), m_prefix(prefix), m_real(real)
+    {
+    }
+
+    // Returns open for a regular file, and not_a_file for anything else that exists.
+    file_access follow(ustring8 rest)
+    {
+        for (std::size_t names = 0;;) {
+            const ustring8 name = take_name(rest);
+            if (name.empty()) return file_access::not_a_file;
+            if (name == ".") continue;
+            if (++names > most_names) return file_access::missing;
+            const file_access access = step(name, rest);
+            if (access != file_access::not_a_file || !m_name.empty()) return access;
+        }
+    }
+
+    // The folder that was reached.
+    const descriptor& folder() const { return m_folders.empty() ? m_root : m_folders.back(); }
+
+    // The last name of the path, if that is not a folder.
+    const ustring8& name() const { return m_name; }
+
+private:
+    // Returns not_a_file to go on with the rest.
+    file_access step(const ustring8& name, ustring8& rest)
+    {
+        if (name == "..") return leave();
+        struct stat status = {};
+        if (::fstatat(folder().number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return file_access::missing;
+        if (S_ISLNK(status.st_mode)) return follow_link(name, rest);
+        if (S_ISDIR(status.st_mode)) return enter(name);
+        if (!rest.empty()) return file_access::missing;
+        m_name = name;
+        return S_ISREG(status.st_mode) ? file_access::open : file_access::not_a_file;
+    }
+
+    file_access enter(const ustring8& name)
+    {
+        descriptor entered(::openat(folder().number(), name.c_str(), folder_flags | O_NOFOLLOW));
+        if (!entered.is_open()) return file_access::missing;
+        m_folders.push_back(std::move(entered));
+        return file_access::not_a_file;
+    }
+
+    // Back to the folder it came from, even if the one that it leaves was moved elsewhere in between.
+    file_access leave()
+    {
+        if (m_folders.empty()) return file_access::outside;
+        m_folders.pop_back();
+        return file_access::not_a_file;
+    }
+
+    file_access follow_link(const ustring8& name, ustring8& rest)
+    {
+        ustring8 target(system_file::longest_path + 1, '\0');
+        const auto size = ::readlinkat(folder().number(), name.c_str(), target.data(), target.size());
+        if (size <= 0) return file_access::missing;
+        target.resize(static_cast<std::size_t>(size));
+        if (target.front() != '/') {
+            rest = target + rest;
+            return file_access::not_a_file;
+        }
+        target += rest;
+        for (const ustring8& folder : {m_real, m_prefix}) {
+            if (!is_below(target, folder) || leads_out(target.substr(folder.size()))) continue;
+            rest = target.substr(folder.size());
+            m_folders.clear();
+            return file_access::not_a_file;
+        }
+        return file_access::outside;
+    }
+
+    const descriptor& m_root;
+    const ustring8& m_prefix;
+    const ustring8& m_real;
+    std::vector<descriptor> m_folders;  // those entered below the root
+    ustring8 m_name;
+};
+
+bool is_same_folder(const descriptor& a, const descriptor& b)
+{
+    struct stat first = {};
+    struct stat second = {};
+    if (::fstat(a.number(), &first) != 0 || ::fstat(b.number(), &second) != 0) return false;
+    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+// Empty if the system cannot say.
+ustring8 real_path(const ustring8& folder)
+{
+    char path[PATH_MAX] = {};
+    if (::realpath(folder.c_str(), path) != nullptr) return path;
+    if (errno == ENOMEM) throw std::bad_alloc();
+    return {};
+}
+
+}  // namespace
+
+folder_bound::folder_bound(const ustring8& folder, const ustring8& base)
+    : m_real(real_path(folder.empty() ? "." : folder)),
+      m_root(::open(folder.empty() ? "." : folder.c_str(), folder_flags)),
+      m_current(real_path("."))
+{
+    if (m_real == "/") m_real.clear();
+    const ustring8 path = absolute(base);
+    ustring8 rest = path;
+    descriptor at(::open("/", folder_flags));
+    while (m_root.is_open() && at.is_open()) {
+        m_is_found = is_same_folder(at, m_root);
+        if (m_is_found) m_prefix = path.substr(0, path.size() - rest.size());
+        const ustring8 name = take_name(rest);
+        if (m_is_found || name.empty()) break;
+        at = descriptor(::openat(at.number(), name.c_str(), folder_flags));
+    }
+}
+
+// Empty if the current folder is not known.
+ustring8 folder_bound::absolute(const ustring8& path) const
+{
+    if (begins_with(path, "/")) return path;
+    return m_current.empty() ? ustring8() : m_current + '/' + path;
+}
+
+file_access folder_bound::open_file(const ustring8& path, system_file& file) const
+{
+    ustring8 rest;
+    if (!find_rest(path, rest) || leads_out(rest)) return file_access::outside;
+    walk followed(m_root, m_prefix, m_real);
+    const file_access access = followed.follow(std::move(rest));
+    if (access != file_access::open) return access;
+    file =
+        system_file(descriptor(::openat(followed.folder().number(), followed.name().c_str(), open_flags | O_NOFOLLOW)));
+    return file.is_open() ? access : file_access::unreadable;
+}
+
+folder_listing folder_bound::files_in(const ustring8& folder, std::size_t most) const
+{
+    ustring8 rest;
+    if (!find_rest(folder + '/', rest) || leads_out(rest)) return {};
+    walk followed(m_root, m_prefix, m_real);
+    const bool is_folder = followed.follow(std::move(rest)) == file_access::not_a_file && followed.name().empty();
+    return is_folder ? parser::files_in(followed.folder(), most) : folder_listing();
+}
+
+#endif
+
+}  // namespace NUVEK_2_18::parser
