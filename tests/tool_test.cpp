@@ -29,6 +29,7 @@ struct map_files : documents::folder
 <map name="list"><item name="-1"/><arg name="x"/></map>
 <map name="m"><item name="k"/><item name="k"/></map>
 </maps>)");
+        write("missing_part", R"(<maps><include file="part"/><map name="texts_fr"><item name="a"/></map></maps>)");
         write("warned", "<maps><map name='empty'></map></maps>");
         write("broken", "<maps>\n<a/>&x;</maps>");
         write("cut", "<maps>");
@@ -94,6 +95,10 @@ TEST(Tool, ChecksFilesAndCountsWhatIsWrong)
         {"1 fault:3:43: error: ", {"$T check fault", "NO_COLOR= $T check fault", "$T check --color never kinds fault"}},
         {"0 \x1b[", {"$T check --color always warned", "NO_COLOR=1 $T check --color always warned"}},
         {"2 missing: error: ", {"$T check missing kinds"}},
+        {"2 kinds: error: \"kinds\" is outside", {"mkdir -p d; $T check --within d kinds"}},
+        {"1 kinds:2:1: error: the limit of 2 values is exceeded", {"$T check --max-values 2 kinds"}},
+        {"2 kinds: error: the limit of ", {"$T check --max-bytes 100 kinds", "$T check --max-files 0 kinds"}},
+        {"2 sparse: error: the limit of 134217728 bytes is exceeded", {"truncate -s 1T sparse; $T check sparse"}},
         {"2 b\xEF\xBF\xBD: error: ", {"$T check \"$(printf 'b\\377')\""}},
     });
 }
@@ -180,6 +185,19 @@ TEST(Tool, DumpsEverythingThatIsLoaded)
         json_outcome);
 }
 
+TEST(Tool, SaysThatTheFilesAreFaultyWithItsAnswer)
+{
+    const std::string error = "missing_part: 1 error; run: data_mapper check missing_part|";
+    documents::check(
+        {{"1 a|" + error, {"$T get missing_part texts_fr"}},
+         {"1 texts_fr  MT_SIMPLE  1  -  missing_part:1|" + error, {"$T list missing_part"}},
+         {"1 " + error, {"$T dump missing_part >/dev/null"}},
+         {"1 " + error + "no map \"texts_de\"; it may be in what is not loaded|", {"$T get missing_part texts_de"}},
+         {"1 " + error + "no item \"b\" in map \"texts_fr\"; it may be in what is not loaded|",
+          {"$T get missing_part texts_fr b"}}},
+        outcome);
+}
+
 TEST(Tool, PrintsNodesUpToAFault)
 {
     check_starts({{"1 Start node tag:  maps, line:  1, status = incomplete|Node tag:  a, line:  2, status = no_error|"
@@ -210,6 +228,7 @@ TEST(Tool, ExplainsItsUse)
                      outcome);
     check_starts({{"2 data_mapper: ",
                    {"$T", "$T \"$(printf '\\377')\"", "$T check", "$T check --format xml kinds",
-                    "$T check --max-findings -1 kinds", "$T check --within missing kinds", "$T list kinds kinds",
+                    "$T check --max-findings -1 kinds", "$T check --max-bytes '' kinds",
+                    "$T check --within missing kinds", "$T check --within '' kinds", "$T list kinds kinds",
                     "$T get kinds", "$T dump --format json kinds", "$T nodes --unknown kinds"}}});
 }

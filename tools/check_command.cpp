@@ -34,17 +34,11 @@ void add(const load_report& report, totals& sums)
     sums.is_complete = sums.is_complete && report.is_complete();
 }
 
-// "no errors", "1 error", "2 errors".
-ustring8 count(std::size_t number, const ustring8& what)
-{
-    return (number == 0 ? "no" : std::to_string(number)) + ' ' + what + (number == 1 ? "" : "s");
-}
-
 void print_summary(const totals& sums)
 {
-    std::cout << count(sums.files.size(), "file") << ", " << count(sums.maps, "map") << ", "
-              << count(sums.items, "item") << ": " << count(sums.errors, "error");
-    if (sums.warnings != 0) std::cout << ", " << count(sums.warnings, "warning");
+    std::cout << counted(sums.files.size(), "file") << ", " << counted(sums.maps, "map") << ", "
+              << counted(sums.items, "item") << ": " << counted(sums.errors, "error");
+    if (sums.warnings != 0) std::cout << ", " << counted(sums.warnings, "warning");
     if (!sums.is_complete) std::cout << "; the check is incomplete";
     std::cout << '\n';
 }

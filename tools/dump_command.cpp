@@ -32,8 +32,7 @@ void print_map(map_collection& maps, const ustring8& map, map_type kind)
 
 exit_code run_dump(const command_options& options)
 {
-    map_collection maps;
-    const exit_code code = load_master(maps, options.files.front());
+    auto [maps, report, code] = load_master(options.files.front());
     if (code == trouble) return code;
     std::cout << "{\n  \"version\": " << json_version << ",\n  \"maps\": {";
     const char* separator = "";

@@ -19,20 +19,28 @@ void report_miss(const ustring8& what, const ustring8& name, const std::vector<u
     std::cerr << "no " << what << (nearest.empty() ? "; " + other : did_you_mean(in_quotes(nearest))) << '\n';
 }
 
-bool find_map(map_collection& maps, const ustring8& map, const std::filesystem::path& file)
+// What is missing may be in what is not loaded, so nothing near is suggested if anything is wrong with the files.
+constexpr const char* not_loaded = "it may be in what is not loaded";
+
+bool find_map(loaded_master& master, const ustring8& map, const std::filesystem::path& file)
 {
-    if (maps.is_loaded(map)) return true;
+    if (master.maps.is_loaded(map)) return true;
+    const bool is_sound = master.code == success;
     std::vector<ustring8> names;
-    for (const auto& [name, kind] : maps) names.push_back(name);
-    report_miss("map " + in_quotes(map), map, names, "run: data_mapper list " + command_word(file.u8string()));
+    for (const auto& [name, kind] : master.maps) names.push_back(name);
+    report_miss("map " + in_quotes(map), map, is_sound ? names : std::vector<ustring8>(),
+                is_sound ? "run: data_mapper list " + command_word(file.u8string()) : not_loaded);
     return false;
 }
 
-bool find_item(map_collection& maps, const ustring8& map, const ustring8& item, const std::filesystem::path& file)
+bool find_item(loaded_master& master, const ustring8& map, const ustring8& item, const std::filesystem::path& file)
 {
-    if (maps.has_item(map, item)) return true;
-    report_miss("item " + in_quotes(item) + " in map " + in_quotes(map), item, maps.items(map),
-                "run: data_mapper get " + command_word(file.u8string()) + ' ' + command_word(map));
+    if (master.maps.has_item(map, item)) return true;
+    const bool is_sound = master.code == success;
+    report_miss(
+        "item " + in_quotes(item) + " in map " + in_quotes(map), item,
+        is_sound ? master.maps.items(map) : std::vector<ustring8>(),
+        is_sound ? "run: data_mapper get " + command_word(file.u8string()) + ' ' + command_word(map) : not_loaded);
     return false;
 }
 
@@ -46,12 +54,13 @@ bool find_attribute(map_collection& maps, const ustring8& map, const ustring8& a
 }
 
 // The values of what the names say: a map's item names, an item, or one attribute of it. None after a miss.
-std::optional<item_values> look_up(map_collection& maps, const command_options& options)
+std::optional<item_values> look_up(loaded_master& master, const command_options& options)
 {
+    map_collection& maps = master.maps;
     const std::vector<ustring8>& names = options.names;
-    if (!find_map(maps, names[0], options.files.front())) return std::nullopt;
+    if (!find_map(master, names[0], options.files.front())) return std::nullopt;
     if (names.size() == 1) return item_values{true, maps.items(names[0]), {}};
-    if (!find_item(maps, names[0], names[1], options.files.front())) return std::nullopt;
+    if (!find_item(master, names[0], names[1], options.files.front())) return std::nullopt;
     item_values values = values_of(maps, names[0], names[1]);
     if (names.size() == 2) return values;
     if (!find_attribute(maps, names[0], names[2])) return std::nullopt;
@@ -74,17 +83,16 @@ void print_text(const item_values& values, const std::vector<ustring8>& keys)
 
 exit_code run_get(const command_options& options)
 {
-    map_collection maps;
-    const exit_code code = load_master(maps, options.files.front());
-    if (code == trouble) return code;
-    const std::optional<item_values> values = look_up(maps, options);
+    loaded_master master = load_master(options.files.front());
+    if (master.code == trouble) return master.code;
+    const std::optional<item_values> values = look_up(master, options);
     if (!values) return failure;
     if (options.is_json) {
         print(json_of(*values));
     } else {
-        print_text(*values, maps.keys(options.names.front()));
+        print_text(*values, master.maps.keys(options.names.front()));
     }
-    return code;
+    return master.code;
 }
 
 }  // namespace data_mapper4::tool

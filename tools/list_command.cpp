@@ -57,10 +57,8 @@ void print_aligned(const std::vector<row>& rows)
 
 exit_code run_list(const command_options& options)
 {
-    map_collection maps;
-    const exit_code code = load_master(maps, options.files.front());
+    auto [maps, report, code] = load_master(options.files.front());
     if (code == trouble) return code;
-    const load_report report = check_maps(options.files.front());
     std::vector<row> rows;
     ordered_json list = ordered_json::array();
     for (const checked_map& map : report.maps()) {

@@ -9,6 +9,17 @@ namespace data_mapper4::tool {
 
 using NUVEK_2_18::parser::xml_stream_parser;
 
+namespace {
+
+// The code and, if there is one, the line.
+ustring8 outcome(map_collection& maps, map_error_t result)
+{
+    const ustring8 code = maps.map_error_as_string(result);
+    return result.line() == 0 ? code : code + ", line " + std::to_string(result.line());
+}
+
+}  // namespace
+
 NUVEK_2_18::strings::ustring16 parser_path(const std::filesystem::path& file)
 {
     const std::wstring path = load_path(file);
@@ -18,6 +29,11 @@ NUVEK_2_18::strings::ustring16 parser_path(const std::filesystem::path& file)
 ustring8 command_word(std::string_view text)
 {
     return text.find(' ') == ustring8::npos ? printable(text) : '"' + printable(text) + '"';
+}
+
+ustring8 counted(std::size_t number, const ustring8& what)
+{
+    return (number == 0 ? "no" : std::to_string(number)) + ' ' + what + (number == 1 ? "" : "s");
 }
 
 // A load's result does not tell: file_not_found may also be that of an include.
@@ -33,15 +49,24 @@ exit_code report_missing(const std::filesystem::path& file)
     return trouble;
 }
 
-exit_code load_master(map_collection& maps, const std::filesystem::path& file)
+loaded_master load_master(const std::filesystem::path& file)
 {
-    if (!can_be_opened(file)) return report_missing(file);
-    map_error_t result = maps.load(load_path(file));
-    if (result.type() == map_error_t::no_error) return success;
-    std::cerr << printable(file.u8string()) << ": " << maps.map_error_as_string(result);
-    if (result.line() != 0) std::cerr << ", line " << result.line();
-    std::cerr << "; run: data_mapper check " << command_word(file.u8string()) << '\n';
-    return failure;
+    loaded_master master = {{}, {}, success};
+    if (!can_be_opened(file)) {
+        master.code = report_missing(file);
+        return master;
+    }
+    check_options options;
+    options.max_findings = 0;
+    master.report = load_maps(master.maps, file, options);
+    if (master.report.errors() == 0) return master;
+    master.code = failure;
+    const map_error_t result = master.maps.load(load_path(file));
+    const bool has_code = result.type() != map_error_t::no_error;
+    std::cerr << printable(file.u8string()) << ": "
+              << (has_code ? outcome(master.maps, result) : counted(master.report.errors(), "error"))
+              << "; run: data_mapper check " << command_word(file.u8string()) << '\n';
+    return master;
 }
 
 }  // namespace data_mapper4::tool
