@@ -132,6 +132,16 @@ std::string_view xml_index::wide_name(const char* begin) const
     return name;
 }
 
+std::size_t xml_index::skip(std::size_t position, std::size_t& attributes) const
+{
+    const std::size_t begin = position + 1;
+    const std::size_t end = m_words.size();
+    for (position = begin; position != end && kind_of(m_words[position]) >= attribute_kind;) ++position;
+    attributes = position - begin;
+    while (position != end && kind_of(m_words[position]) == text_kind) ++position;
+    return position;
+}
+
 std::size_t xml_index::read(std::size_t position, xml_element& element) const
 {
     element.form = form_at(position);

@@ -44,6 +44,9 @@ public:
     const char* begin_at(std::size_t position) const;
     std::string_view name_at(std::size_t position) const;
 
+    // Counts the attributes of the element at the position, and returns the position of the next one.
+    std::size_t skip(std::size_t position, std::size_t& attributes) const;
+
     // Reads the element at the position and returns the position of the next one. The element's stretches of text are
     // the words just before that.
     std::size_t read(std::size_t position, xml_element& element) const;

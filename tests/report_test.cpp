@@ -226,8 +226,8 @@ TEST(Report, KeepsToItsLimits)
         {R"(d/a:1:22-1:29 error 1 "../d2/b" is outside the folder that files are restricted to [outside-folder])",
          neighbours,
          {10, 10, 1000, "d"}},
-        {R"(d/a error 1 "d/a" is outside the folder that files are restricted to [outside-folder])",
-         neighbours,
+        {R"(world.xml error 1 "world.xml" is outside the folder that files are restricted to [outside-folder])",
+         three,
          {10, 10, 1000, "d2"}},
         {"", neighbours, {10, 10, 1000, "."}},
     };

@@ -183,9 +183,8 @@ private:
         const finding_text text = {limit->message, limit->hint};
         const auto known = m_known.find(limit->where.file);
         if (known == m_known.end()) return m_writer.add_unplaced(shown_master(), rule::limit_reached, text);
-        const std::string_view tag = tag_at(*m_files.document(limit->where.file), limit->where.position);
-        const std::size_t begin = offset_of(*m_files.document(limit->where.file), limit->where.position);
-        m_writer.add(known->second.content, rule::limit_reached, begin, begin + tag.size(), [&] { return text; });
+        const text_part part = element_part(limit->where.file, limit->where.position);
+        m_writer.add(known->second.content, rule::limit_reached, part.begin, part.end, [&] { return text; });
     }
 
     void add_unportable(content_checker& from, const ustring8& opened)
@@ -230,11 +229,11 @@ private:
         return static_cast<std::size_t>(document.index.begin_at(position) - document.text.view().data());
     }
 
-    file_place place_of_element(std::size_t file, std::size_t position)
+    text_part element_part(std::size_t file, std::size_t position)
     {
         const xml_document& document = *m_files.document(file);
         const std::size_t begin = offset_of(document, position);
-        return m_writer.place_of({file, begin, begin + tag_at(document, position).size()});
+        return {file, begin, begin + tag_at(document, position).size()};
     }
 
     void list_files()
@@ -244,7 +243,8 @@ private:
             if (!each.is_read || file_of(each) == no_number) continue;
             checked_file listed = {m_files.shown_path(file_of(each)), true, each.result, {}};
             if (each.parent != no_number) {
-                listed.included_at = place_of_element(file_of(m_load.readings()[each.parent]), each.include);
+                listed.included_at =
+                    m_writer.place_of(element_part(file_of(m_load.readings()[each.parent]), each.include));
             }
             files.push_back(std::move(listed));
         }
@@ -259,16 +259,20 @@ private:
 
     void list_maps(map_collection& loaded)
     {
-        std::vector<checked_map>& maps = m_writer.state().maps;
-        maps.reserve(m_load.maps().size());
         // In the order of loading, because that is the cheapest order for finding places.
-        for (const auto* const each : m_load.maps()) {
-            const ustring8& name = each->first;
-            const std::size_t file = file_of(m_load.readings()[each->second.reading]);
-            maps.push_back({name, loaded.type(name), load_recorder::item_count(loaded, name),
-                            place_of_element(file, each->second.position)});
+        std::vector<text_range> places;
+        places.reserve(m_load.maps().size());
+        for (const recorded_map* each : m_load.maps()) {
+            const text_part part = element_part(file_of(m_load.readings()[each->reading]), each->position);
+            places.push_back(m_writer.range_of(part));
         }
-        std::sort(maps.begin(), maps.end(), [](const checked_map& a, const checked_map& b) { return a.name < b.name; });
+        std::vector<checked_map>& maps = m_writer.state().maps;
+        maps.reserve(places.size());
+        for (const auto& [name, map] : m_load.maps_by_name()) {
+            const std::size_t file = file_of(m_load.readings()[map.reading]);
+            maps.push_back({name, loaded.type(name), load_recorder::item_count(loaded, name),
+                            m_writer.place_of(file, places[map.number])});
+        }
     }
 
     fs::path m_master;

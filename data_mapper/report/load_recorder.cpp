@@ -82,7 +82,7 @@ std::unique_ptr<NUVEK_2_18::parser::xml_stream_parser> load_recorder::make_parse
 
 void load_recorder::on_map(std::size_t position, const ustring8& name)
 {
-    m_maps.push_back(&*m_by_name.emplace(name, recorded_map{m_chain.back(), position}).first);
+    m_maps.push_back(&m_by_name.emplace(name, recorded_map{m_chain.back(), position, m_maps.size()}).first->second);
 }
 
 void load_recorder::on_close(const map_error_t& result, std::size_t position)

@@ -36,6 +36,7 @@ struct recorded_map
 {
     std::size_t reading;
     std::size_t position;
+    std::size_t number;  // in the order of loading, from 0
 };
 
 class load_recorder : public load_listener
@@ -49,7 +50,8 @@ public:
     const std::vector<reading>& readings() const { return m_readings; }
 
     // The loaded maps in the order of loading, and by their names.
-    const std::vector<std::pair<const ustring8, recorded_map>*>& maps() const { return m_maps; }
+    const std::vector<const recorded_map*>& maps() const { return m_maps; }
+    const std::map<ustring8, recorded_map>& maps_by_name() const { return m_by_name; }
     const recorded_map* find_map(const ustring8& name) const;
 
     // Returns the number of the reading of the file that a reading includes at a position, and of the first reading of a
@@ -72,7 +74,7 @@ private:
     std::map<std::pair<std::size_t, std::size_t>, std::size_t> m_included;
     std::map<std::size_t, std::size_t> m_first;  // by file
     std::map<ustring8, recorded_map> m_by_name;
-    std::vector<std::pair<const ustring8, recorded_map>*> m_maps;
+    std::vector<const recorded_map*> m_maps;
 };
 
 }  // namespace data_mapper4

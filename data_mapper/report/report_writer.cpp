@@ -84,12 +84,16 @@ void report_writer::add_unplaced(const ustring8& path, rule broken, const findin
     m_findings.push_back(std::move(made));
 }
 
-file_place report_writer::place_of(const text_part& part)
+text_range report_writer::range_of(const text_part& part)
 {
     source_text& text = m_files.text(part.file);
     const text_position begin = text.position_of(part.begin);
-    const text_position end = text.position_of(part.end);
-    return {m_files.shown_path(part.file), begin.line, begin.column, end.line, end.column};
+    return {begin, text.position_of(part.end)};
+}
+
+file_place report_writer::place_of(std::size_t file, const text_range& range) const
+{
+    return {m_files.shown_path(file), range.begin.line, range.begin.column, range.end.line, range.end.column};
 }
 
 std::vector<file_place> report_writer::includes_of(std::size_t content)

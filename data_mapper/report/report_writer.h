@@ -21,6 +21,13 @@ struct text_part
     std::size_t end;
 };
 
+// The same in lines and columns.
+struct text_range
+{
+    text_position begin;
+    text_position end;
+};
+
 struct finding_text
 {
     ustring8 message;
@@ -55,7 +62,9 @@ public:
     // Adds a finding of a file as a whole.
     void add_unplaced(const ustring8& path, rule broken, const finding_text& text);
 
-    file_place place_of(const text_part& part);
+    text_range range_of(const text_part& part);
+    file_place place_of(std::size_t file, const text_range& range) const;
+    file_place place_of(const text_part& part) { return place_of(part.file, range_of(part)); }
 
     load_report::state& state() { return *m_state; }
 

@@ -1,6 +1,7 @@
 #include "data_mapper/report/value_count.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "data_mapper/map_kind.h"
 #include "platform/xml_element.h"
@@ -9,25 +10,16 @@ namespace data_mapper4 {
 
 namespace {
 
-using NUVEK_2_18::parser::xml_document;
-using NUVEK_2_18::parser::xml_element;
+using form = NUVEK_2_18::parser::xml_element::kind;
 
-// The elements of one map that have values.
+// A map, as far as it has been read.
 struct map_size
 {
     const map_kind* kind = nullptr;  // null outside maps
     std::size_t position = 0;
-    std::uint64_t texts = 0;  // items and args that have a value of their own
+    std::uint64_t texts = 0;  // elements with a value of their own
     std::uint64_t rows = 0;
     std::uint64_t widest = 0;  // the most attributes of a row
-
-    void add(const xml_element& element)
-    {
-        const bool is_item = element.tag == "item";
-        const bool is_row = is_item ? kind->item == item_form::name_and_attributes : kind->args == arg_form::rows;
-        ++(is_row ? rows : texts);
-        if (is_row) widest = std::max<std::uint64_t>(widest, element.attributes.size());
-    }
 
     // Divides, because the product may be too large for a number.
     bool take(std::uint64_t& left) const
@@ -38,21 +30,38 @@ struct map_size
     }
 };
 
+bool is_row(const map_kind& kind, const NUVEK_2_18::parser::xml_index& index, std::size_t position)
+{
+    if (kind.item == item_form::name_and_attributes) return true;
+    return kind.args == arg_form::rows && index.name_at(position) != "item";
+}
+
+// As load reads it: a map goes on as long as there are items and args, nested or not.
+bool is_content(const NUVEK_2_18::parser::xml_index& index, std::size_t position)
+{
+    if (index.form_at(position) != form::opening) return index.form_at(position) == form::whole;
+    const std::string_view tag = index.name_at(position);
+    return tag == "item" || tag == "arg";
+}
+
 }  // namespace
 
-std::optional<std::size_t> take_values(const xml_document& document, std::uint64_t& left)
+std::optional<std::size_t> take_values(const NUVEK_2_18::parser::xml_document& document, std::uint64_t& left)
 {
     map_size map;
-    xml_element element;
-    for (std::size_t position = 0; position != document.index.size();) {
-        const std::size_t at = position;
-        position = document.index.read(at, element);
-        if (element.tag == "item" || element.tag == "arg") {
-            if (map.kind != nullptr && element.form != xml_element::kind::closing) map.add(element);
-        } else {
-            // As load reads it, any other element ends the map.
+    std::size_t attributes = 0;
+    for (std::size_t next = 0; next != document.index.size();) {
+        const std::size_t at = next;
+        next = document.index.skip(at, attributes);
+        if (!is_content(document.index, at)) {
             if (!map.take(left)) return map.position;
-            map = {element.form == xml_element::kind::opening ? find_kind(element.tag) : nullptr, at};
+            const bool is_map = document.index.form_at(at) == form::opening;
+            map = {is_map ? find_kind(document.index.name_at(at)) : nullptr, at};
+        } else if (map.kind != nullptr && is_row(*map.kind, document.index, at)) {
+            ++map.rows;
+            map.widest = std::max<std::uint64_t>(map.widest, attributes);
+        } else if (map.kind != nullptr) {
+            ++map.texts;
         }
     }
     return map.take(left) ? std::nullopt : std::optional<std::size_t>(map.position);
