@@ -14,14 +14,17 @@
 // others. docs/errors.md lists the rules with an example of each.
 //
 // A check runs load on the same bytes, so the maps and the result of each file are those of load. Each file is read from
-// disk once, however often it is included.
+// disk once, however often it is included, as long as it does not change.
 //
-// Texts and paths are UTF-8; bytes of a path that are not are replaced by U+FFFD. Lines and columns are counted from 1,
-// columns in Unicode code points: a tab is one, a BOM none.
+// Texts and paths are UTF-8; bytes of a path that are not are replaced by U+FFFD. In places, a path of more than 512 bytes
+// has its middle replaced by three dots. Lines and columns are counted from 1, columns in Unicode code points: a tab is
+// one, a BOM none.
 //
-// Cost: at most 2.5 times that of load if there are no errors, 3 times for thousands of tiny files or maps; linear in the
-// files otherwise, n log n in items and maps. Memory, besides the tables: all files with their indexes at once, some 1.5
-// times the size of the files, and a few hundred bytes for each file, map and finding.
+// Cost: at most 3 times that of load if there are no errors, 5 times for very many maps of one item; linear in the files
+// otherwise, n log n in items and maps. A file counts as often as it is included. Memory at the peak, besides the tables:
+// all files with their indexes at once (SECURITY.md says how large they are), some 100 bytes for each item of the map that
+// is being checked, 2.5 KB for each reading of a file, 500 bytes for each map, and 1.5 KB for each finding that is kept; and
+// for each of these, and for each place of a finding, its path. max_findings, max_files, max_bytes and max_values limit it.
 //
 // Threads: none of the functions has state; concurrent calls are safe. A report belongs to one thread at a time, or to
 // any number that only read it. Exceptions: only std::bad_alloc and std::length_error, as for load.
@@ -77,7 +80,7 @@ enum class severity
 // A part of a file; it may be empty. Line 0 means the whole file.
 struct file_place
 {
-    ustring8 file;
+    ustring8 file;  // its path
     std::size_t line = 0;
     std::size_t column = 0;
     std::size_t end_line = 0;

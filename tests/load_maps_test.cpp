@@ -40,6 +40,59 @@ TEST(Report, TakesTimeInProportionToTheFiles)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
+// Each took longer than the time that all may take together, when it grew with the square of its size.
+TEST(Report, TakesNoLongerForPathsAndItemsThatAreOdd)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(_GLIBCXX_ASSERTIONS)
+    constexpr int size = 1;  // too slow there
+#else
+    constexpr int size = 20;
+#endif
+    const documents::folder home;
+    std::string long_path;
+    for (int i = 0; i < 1900; ++i) long_path += "a/";
+    std::string missing = "<maps>";
+    for (int i = 0; i < 25 * size; ++i) missing += "<include file='" + long_path + std::to_string(i) + "'/>";
+    std::string unlike = "<maps>";
+    for (int i = 0; i < 50 * size; ++i) {
+        home.write("b/" + std::string(30, 'x') + std::to_string(i * 7919), "");
+        unlike += "<include file='b/" + std::string(30, 'x') + std::to_string(i * 7907 + 1000000) + "'/>";
+    }
+    std::string wide = "<maps><collection_map name='m'><item name='a'";
+    for (int i = 0; i < 75000 * size; ++i) wide += " a" + std::to_string(i) + "=''";
+    wide += "/>";
+    for (int i = 0; i < 1500 * size; ++i) wide += "<item name='a'/>";
+    home.write("missing", missing + "</maps>");
+    home.write("unlike", unlike + "</maps>");
+    home.write("wide", wide + "</collection_map></maps>");
+    home.write("a/a/a", "");
+    check_options options;
+    options.within = home.system_path("");
+    options.suggest_files = true;
+    options.max_values = std::uint64_t{1} << 60;
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(check_maps(home.system_path("missing"), options).errors(), 25U * size);
+    EXPECT_EQ(check_maps(home.system_path("unlike"), options).errors(), 50U * size);
+    EXPECT_EQ(check_maps(home.system_path("wide"), options).errors(), 1500U * size);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+TEST(Report, ShowsTheEndsOfAVeryLongPath)
+{
+    const documents::folder home;
+    std::string path;
+    for (int i = 0; i < 300; ++i) path += "./";
+    home.write("a", "<maps><include file='" + path + "\xC3\xA9/b'/></maps>");
+    home.write("\xC3\xA9/b", "<maps><map name='m'><item name='k'/></map><x/></maps>");
+    const load_report report = check_maps(home.system_path("a"));
+    ASSERT_TRUE(report.findings().size() == 1 && report.maps().size() == 1);
+    const std::string shown = std::filesystem::u8path(report.findings().front().where.file).generic_u8string();
+    EXPECT_EQ(shown.size(), 511U);
+    EXPECT_EQ(shown.substr(shown.size() - 5), "/\xC3\xA9/b");
+    EXPECT_NE(shown.find("..."), std::string::npos);
+    EXPECT_EQ(std::filesystem::u8path(report.maps().front().declared.file).generic_u8string(), shown);
+}
+
 TEST(Report, FindsItsPlaceInALargeFileWithoutLineBreaks)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

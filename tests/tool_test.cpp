@@ -98,7 +98,7 @@ TEST(Tool, ChecksFilesAndCountsWhatIsWrong)
         {"2 kinds: error: \"kinds\" is outside", {"mkdir -p d; $T check --within d kinds"}},
         {"1 kinds:2:1: error: the limit of 2 values is exceeded", {"$T check --max-values 2 kinds"}},
         {"2 kinds: error: the limit of ", {"$T check --max-bytes 100 kinds", "$T check --max-files 0 kinds"}},
-        {"2 sparse: error: the limit of 134217728 bytes is exceeded", {"truncate -s 1T sparse; $T check sparse"}},
+        {"2 sparse: error: the limit of 67108864 bytes is exceeded", {"truncate -s 1T sparse; $T check sparse"}},
         {"2 b\xEF\xBF\xBD: error: ", {"$T check \"$(printf 'b\\377')\""}},
     });
 }

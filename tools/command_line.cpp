@@ -65,7 +65,7 @@ private:
 };
 
 // Limits that a build server can live with; those of the library are for hosts that trust their files.
-constexpr std::uint64_t most_bytes = std::uint64_t{128} << 20;
+constexpr std::uint64_t most_bytes = std::uint64_t{64} << 20;
 constexpr std::uint64_t most_values = 20000000;
 
 command_line::command_line()
