@@ -180,7 +180,7 @@ private:
         const auto& limit = m_files.limit();
         if (!limit) return;
         m_writer.state().is_complete = false;
-        const finding_text text = {limit->message, limit->hint};
+        finding_text text = {limit->message, limit->hint};
         const auto known = m_known.find(limit->where.file);
         if (known == m_known.end()) return m_writer.add_unplaced(shown_master(), rule::limit_reached, text);
         const text_part part = element_part(limit->where.file, limit->where.position);
