@@ -23,7 +23,7 @@
 // Cost: at most 3 times that of load if there are no errors, 5 times for very many maps of one item; linear in the files
 // otherwise, n log n in items and maps. A file counts as often as it is included. Memory at the peak, besides the tables:
 // all files with their indexes at once (SECURITY.md says how large they are), some 100 bytes for each item of the map that
-// is being checked, 2.5 KB for each reading of a file, 500 bytes for each map, and 1.5 KB for each finding that is kept; and
+// is being checked, 2.5 KB for each reading of a file, 700 bytes for each map, and 1.5 KB for each finding that is kept; and
 // for each of these, and for each place of a finding, its path. max_findings, max_files, max_bytes and max_values limit it.
 //
 // Threads: none of the functions has state; concurrent calls are safe. A report belongs to one thread at a time, or to

@@ -1,5 +1,7 @@
 #include "platform/folder_bound.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 #if defined(_WIN32)
@@ -15,11 +17,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <new>
-#include <string_view>
 #include <vector>
 #endif
 
@@ -38,6 +38,31 @@ bool begins_with(const ustring8& text, const ustring8& beginning)
 bool is_below(const ustring8& path, const ustring8& folder)
 {
     return begins_with(path, folder) && path[folder.size()] == system_file::separator;
+}
+
+// Takes the next name off a path, with the separators in front of it. Returns an empty name at the end.
+std::string_view take_name(std::string_view& path)
+{
+    constexpr const char* separators = system_file::separator == '/' ? "/" : "/\\";
+    const std::size_t begin = std::min(path.find_first_not_of(separators), path.size());
+    const std::size_t end = std::min(path.find_first_of(separators, begin), path.size());
+    const std::string_view name = path.substr(begin, end - begin);
+    path.remove_prefix(end);
+    return name;
+}
+
+// Whether the names of a path lead out of a folder, whatever they name. The path begins so many folders below it.
+bool leads_out(std::string_view path, std::size_t depth)
+{
+    for (;;) {
+        const std::string_view name = take_name(path);
+        if (name.empty()) return false;
+        if (name == "..") {
+            if (depth-- == 0) return true;
+        } else if (name != ".") {
+            ++depth;
+        }
+    }
 }
 
 }  // namespace
@@ -102,6 +127,17 @@ folder_bound::folder_bound(const ustring8& folder, const ustring8& base)
         if (m_is_found) m_prefix = path.substr(0, at);
         at = path.find(system_file::separator, at + 1);
     }
+    for (std::string_view rest = base; !take_name(rest).empty();) ++m_base_names;
+    if (!m_is_found) return;
+    for (std::string_view rest = std::string_view(path).substr(m_prefix.size()); !take_name(rest).empty();)
+        ++m_base_depth;
+}
+
+// The names after the base's; the system removes `..` before anybody can look for it.
+bool folder_bound::leads_out(std::string_view path) const
+{
+    for (std::size_t i = 0; i < m_base_names; ++i) take_name(path);
+    return parser::leads_out(path, m_base_depth);
 }
 
 // Without `..`. Asks the system itself: std::filesystem::absolute of libstdc++ takes the beginning of `\\?\` and
@@ -117,7 +153,7 @@ ustring8 folder_bound::absolute(const ustring8& path) const
 file_access folder_bound::open_file(const ustring8& path, system_file& file) const
 {
     ustring8 rest;
-    if (!find_rest(path, rest)) return file_access::outside;
+    if (!find_rest(path, rest) || leads_out(path)) return file_access::outside;
     file_access access = follow(m_prefix, rest);
     if (access != file_access::open) return access;
     access = parser::open_file(m_prefix + rest, file);
@@ -131,7 +167,8 @@ folder_listing folder_bound::files_in(const ustring8& folder, std::size_t most) 
 {
     ustring8 rest;
     // With a name, because the folder may be the bound itself.
-    if (!find_rest(folder + system_file::separator + 'x', rest)) return {};
+    if (!find_rest((folder.empty() ? "." : folder) + system_file::separator + 'x', rest) || leads_out(folder))
+        return {};
     rest.resize(rest.rfind(system_file::separator));
     if (!rest.empty() && follow(m_prefix, rest) != file_access::open) return {};
     return parser::files_in(m_prefix + rest, most);
@@ -148,32 +185,9 @@ constexpr int folder_flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 #endif
 
 // No natural path has more names, those in its links included; the folders on the way are open at once. A path with more
-// counts as missing.
+// counts as missing, and so does one with more links or bytes than the system itself follows.
 constexpr std::size_t most_names = 100;
-
-// Takes the next name off a path, with the separators in front of it. Returns an empty name at the end.
-ustring8 take_name(ustring8& path)
-{
-    const std::size_t begin = std::min(path.find_first_not_of('/'), path.size());
-    const std::size_t end = std::min(path.find('/', begin), path.size());
-    ustring8 name = path.substr(begin, end - begin);
-    path.erase(0, end);
-    return name;
-}
-
-// Whether the names of a path lead out of the folder where it begins, whatever they name.
-bool leads_out(std::string_view path)
-{
-    std::ptrdiff_t depth = 0;
-    for (std::size_t begin = 0; begin < path.size() && depth >= 0;) {
-        const std::size_t end = std::min(path.find('/', begin), path.size());
-        const std::string_view name = path.substr(begin, end - begin);
-        if (name == "..") --depth;
-        if (!name.empty() && name != "." && name != "..") ++depth;
-        begin = end + 1;
-    }
-    return depth < 0;
-}
+constexpr std::size_t most_links = 40;
 
 // Follows a path from the folder on, name by name.
 class walk
@@ -186,16 +200,17 @@ public:
     }
 
     // Returns open for a regular file, and not_a_file for anything else that exists.
-    file_access follow(ustring8 rest)
+    file_access follow(ustring8 path)
     {
-        for (std::size_t names = 0;;) {
-            const ustring8 name = take_name(rest);
+        m_path = std::move(path);
+        m_rest = m_path;
+        for (std::size_t names = 0; names != most_names; ++names) {
+            const ustring8 name(take_name(m_rest));
             if (name.empty()) return file_access::not_a_file;
-            if (name == ".") continue;
-            if (++names > most_names) return file_access::missing;
-            const file_access access = step(name, rest);
+            const file_access access = name == "." ? file_access::not_a_file : step(name);
             if (access != file_access::not_a_file || !m_name.empty()) return access;
         }
+        return file_access::missing;
     }
 
     // The folder that was reached.
@@ -206,14 +221,14 @@ public:
 
 private:
     // Returns not_a_file to go on with the rest.
-    file_access step(const ustring8& name, ustring8& rest)
+    file_access step(const ustring8& name)
     {
         if (name == "..") return leave();
         struct stat status = {};
         if (::fstatat(folder().number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return file_access::missing;
-        if (S_ISLNK(status.st_mode)) return follow_link(name, rest);
+        if (S_ISLNK(status.st_mode)) return follow_link(name);
         if (S_ISDIR(status.st_mode)) return enter(name);
-        if (!rest.empty()) return file_access::missing;
+        if (!m_rest.empty()) return file_access::missing;
         m_name = name;
         return S_ISREG(status.st_mode) ? file_access::open : file_access::not_a_file;
     }
@@ -221,7 +236,8 @@ private:
     file_access enter(const ustring8& name)
     {
         descriptor entered(::openat(folder().number(), name.c_str(), folder_flags | O_NOFOLLOW));
-        if (!entered.is_open()) return file_access::missing;
+        const bool are_too_many = !entered.is_open() && (errno == EMFILE || errno == ENFILE);
+        if (!entered.is_open()) return are_too_many ? file_access::unreadable : file_access::missing;
         m_folders.push_back(std::move(entered));
         return file_access::not_a_file;
     }
@@ -234,31 +250,40 @@ private:
         return file_access::not_a_file;
     }
 
-    file_access follow_link(const ustring8& name, ustring8& rest)
+    file_access follow_link(const ustring8& name)
     {
         ustring8 target(system_file::longest_path + 1, '\0');
         const auto size = ::readlinkat(folder().number(), name.c_str(), target.data(), target.size());
-        if (size <= 0) return file_access::missing;
+        if (size <= 0 || ++m_links > most_links) return file_access::missing;
         target.resize(static_cast<std::size_t>(size));
-        if (target.front() != '/') {
-            rest = target + rest;
-            return file_access::not_a_file;
-        }
-        target += rest;
+        target += m_rest;
+        if (target.size() > system_file::longest_path) return file_access::missing;
+        if (target.front() == '/' && !enter_root(target)) return file_access::outside;
+        m_path = std::move(target);
+        m_rest = m_path;
+        return file_access::not_a_file;
+    }
+
+    // Goes to the folder itself if an absolute path leads into it, and leaves the rest in `target`.
+    bool enter_root(ustring8& target)
+    {
         for (const ustring8& folder : {m_real, m_prefix}) {
-            if (!is_below(target, folder) || leads_out(target.substr(folder.size()))) continue;
-            rest = target.substr(folder.size());
+            if (!is_below(target, folder) || leads_out(std::string_view(target).substr(folder.size()), 0)) continue;
+            target.erase(0, folder.size());
             m_folders.clear();
-            return file_access::not_a_file;
+            return true;
         }
-        return file_access::outside;
+        return false;
     }
 
     const descriptor& m_root;
     const ustring8& m_prefix;
     const ustring8& m_real;
     std::vector<descriptor> m_folders;  // those entered below the root
+    ustring8 m_path;                    // with the links in it that were followed
+    std::string_view m_rest;            // the end of that, which is left to follow
     ustring8 m_name;
+    std::size_t m_links = 0;
 };
 
 bool is_same_folder(const descriptor& a, const descriptor& b)
@@ -287,12 +312,12 @@ folder_bound::folder_bound(const ustring8& folder, const ustring8& base)
 {
     if (m_real == "/") m_real.clear();
     const ustring8 path = absolute(base);
-    ustring8 rest = path;
+    std::string_view rest = path;
     descriptor at(::open("/", folder_flags));
     while (m_root.is_open() && at.is_open()) {
         m_is_found = is_same_folder(at, m_root);
         if (m_is_found) m_prefix = path.substr(0, path.size() - rest.size());
-        const ustring8 name = take_name(rest);
+        const ustring8 name(take_name(rest));
         if (m_is_found || name.empty()) break;
         at = descriptor(::openat(at.number(), name.c_str(), folder_flags));
     }
@@ -308,7 +333,7 @@ ustring8 folder_bound::absolute(const ustring8& path) const
 file_access folder_bound::open_file(const ustring8& path, system_file& file) const
 {
     ustring8 rest;
-    if (!find_rest(path, rest) || leads_out(rest)) return file_access::outside;
+    if (!find_rest(path, rest) || leads_out(rest, 0)) return file_access::outside;
     walk followed(m_root, m_prefix, m_real);
     const file_access access = followed.follow(std::move(rest));
     if (access != file_access::open) return access;
@@ -320,7 +345,7 @@ file_access folder_bound::open_file(const ustring8& path, system_file& file) con
 folder_listing folder_bound::files_in(const ustring8& folder, std::size_t most) const
 {
     ustring8 rest;
-    if (!find_rest(folder + '/', rest) || leads_out(rest)) return {};
+    if (!find_rest((folder.empty() ? "." : folder) + '/', rest) || leads_out(rest, 0)) return {};
     walk followed(m_root, m_prefix, m_real);
     const bool is_folder = followed.follow(std::move(rest)) == file_access::not_a_file && followed.name().empty();
     return is_folder ? parser::files_in(followed.folder(), most) : folder_listing();

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 #include "platform/system_file.h"
 
@@ -35,7 +36,12 @@ private:
     bool m_is_found = false;     // whether the folder is on the way to the base
     strings::ustring8 m_prefix;  // the beginning of the base's absolute path that names the folder
     strings::ustring8 m_real;    // the folder's path without links
-#if !defined(_WIN32)
+#if defined(_WIN32)
+    bool leads_out(std::string_view path) const;
+
+    std::size_t m_base_names = 0;  // in the base as it is written
+    std::size_t m_base_depth = 0;  // of the base, below the folder
+#else
     descriptor m_root;
     strings::ustring8 m_current;  // the current folder
 #endif

@@ -91,12 +91,11 @@ folder_listing files_in(const strings::ustring8& folder, std::size_t most)
     const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return found_files;
     const std::unique_ptr<void, decltype(&FindClose)> closer(search, &FindClose);
-    std::size_t entries = 0;
     do {
-        if (++entries > most) found_files.is_whole = false;
+        if (++found_files.entries > most) break;
         const bool is_file = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
         if (is_file) found_files.names.push_back(std::filesystem::path(found.cFileName).u8string());
-    } while (found_files.is_whole && FindNextFileW(search, &found));
+    } while (FindNextFileW(search, &found));
     return found_files;
 }
 
@@ -106,9 +105,14 @@ const int open_flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 namespace {
 
-// A link is what it leads to if `flags` has not AT_SYMLINK_NOFOLLOW.
+// A link is what it leads to if `flags` has not AT_SYMLINK_NOFOLLOW. Most systems say what an entry is without being asked,
+// so that the folder's own entry, and that of the one around it, are not looked at.
 bool is_regular(int folder, const dirent& entry, int flags)
 {
+#if defined(DT_UNKNOWN)
+    if (entry.d_type == DT_REG || entry.d_type == DT_DIR) return entry.d_type == DT_REG;
+#endif
+    if (entry.d_name[0] == '.' && (entry.d_name[1] == '\0' || entry.d_name[1] == '.')) return false;
     struct stat status = {};
     return ::fstatat(folder, entry.d_name, &status, flags) == 0 && S_ISREG(status.st_mode);
 }
@@ -125,11 +129,9 @@ folder_listing list(int folder, std::size_t most, int flags)
         if (is_out_of_memory) throw std::bad_alloc();
         return found;
     }
-    for (std::size_t seen = 0;; ++seen) {
+    for (;;) {
         const dirent* const entry = ::readdir(entries.get());  // NOLINT(concurrency-mt-unsafe): the folder is ours
-        if (entry == nullptr) return found;
-        found.is_whole = seen < most;
-        if (!found.is_whole) return found;
+        if (entry == nullptr || ++found.entries > most) return found;
         if (is_regular(folder, *entry, flags)) found.names.emplace_back(entry->d_name);
     }
 }

@@ -98,7 +98,7 @@ file_access open_file(const strings::ustring8& path, system_file& file);
 struct folder_listing
 {
     std::vector<strings::ustring8> names = {};  // in any order
-    bool is_whole = true;                       // false if only the first entries of the folder were looked at
+    std::size_t entries = 0;                    // of all kinds; if they are too many, one more than were looked at
 };
 
 // Looks at the first `most` entries of a folder. An empty path is the current folder.

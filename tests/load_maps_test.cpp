@@ -251,10 +251,14 @@ TEST(Report, OpensNothingOutsideItsFolder)
         {"dots", home.system_path("maps/sub/../../secret/x")},
     };
     for (const auto& [name, target] : links) fs::create_symlink(target, home.system_path("maps/" + name));
+    // More links than the system follows.
+    for (int i = 0; i < 41; ++i) {
+        fs::create_symlink(i == 0 ? "in" : 'l' + std::to_string(i), home.system_path("maps/l" + std::to_string(i + 1)));
+    }
     fs::create_symlink("maps", home.system_path("link"));
     const std::string depth = home.system_path("maps").relative_path().u8string();
     const std::vector<documents::group> rows = {
-        {"", {"in", "./in", ".//sub/../in", "sub/in", "to_in", "to_sub/in", "sub/up", "there", "whole", "real"}},
+        {"", {"in", "./in", ".//sub/../in", "sub/in", "to_in", "to_sub/in", "sub/up", "there", "whole", "real", "l40"}},
         {"outside-folder",
          {"../secret/x",
           "../maps/in",
@@ -281,7 +285,7 @@ TEST(Report, OpensNothingOutsideItsFolder)
           "to_sub/../../secret/x",
           std::string(4000, '.') + "/../../secret/x"}},
         {"missing-file",
-         {"nosuch", "nosuch/../in", "loop", "dangling", "in/", "in/.", "sub", "to_sub", "sub/", "IN",
+         {"nosuch", "nosuch/../in", "loop", "dangling", "in/", "in/.", "sub", "to_sub", "sub/", "IN", "l41",
           std::string(5000, 'x')}},
     };
     const auto rule_of = [](const load_report& report) {

@@ -98,6 +98,7 @@ TEST(Tool, ChecksFilesAndCountsWhatIsWrong)
         {"2 kinds: error: \"kinds\" is outside", {"mkdir -p d; $T check --within d kinds"}},
         {"1 kinds:2:1: error: the limit of 2 values is exceeded", {"$T check --max-values 2 kinds"}},
         {"2 kinds: error: the limit of ", {"$T check --max-bytes 100 kinds", "$T check --max-files 0 kinds"}},
+        {"0 1 file", {"$T check --max-bytes 018446744073709551615 kinds"}},
         {"2 sparse: error: the limit of 67108864 bytes is exceeded", {"truncate -s 1T sparse; $T check sparse"}},
         {"2 b\xEF\xBF\xBD: error: ", {"$T check \"$(printf 'b\\377')\""}},
     });
@@ -229,6 +230,7 @@ TEST(Tool, ExplainsItsUse)
     check_starts({{"2 data_mapper: ",
                    {"$T", "$T \"$(printf '\\377')\"", "$T check", "$T check --format xml kinds",
                     "$T check --max-findings -1 kinds", "$T check --max-bytes '' kinds",
+                    "$T check --max-bytes 18446744073709551616 kinds", "$T check --max-files 1x kinds",
                     "$T check --within missing kinds", "$T check --within '' kinds", "$T list kinds kinds",
                     "$T get kinds", "$T dump --format json kinds", "$T nodes --unknown kinds"}}});
 }

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <iostream>
 #include <optional>
@@ -108,17 +109,24 @@ std::string check_folder(const std::string& folder)
     return std::filesystem::is_directory(std::filesystem::u8path(folder), error) ? "" : "no such folder: " + folder;
 }
 
-// The parser would take -1 for a very large number.
-std::string check_count(const std::string& text)
+// Takes only decimal digits, unlike the parser, and no number that is too large.
+template <class number>
+number count_of(const std::string& text)
 {
-    const bool is_count = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-    return is_count ? "" : "not a number: " + text;
+    number count = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, count);
+    const bool is_count = error == std::errc() && rest == end && text.front() != '-';
+    if (!is_count) throw CLI::ValidationError("not a number, or too large: " + text);
+    return count;
 }
 
 template <class number>
 void command_line::add_limit(CLI::App* to, const char* name, number& limit, const char* summary)
 {
-    to->add_option(name, limit, summary)->check(check_count)->option_text("N [" + std::to_string(limit) + ']');
+    to->add_option_function<std::string>(
+          name, [&limit](const std::string& text) { limit = count_of<number>(text); }, summary)
+        ->option_text("N [" + std::to_string(limit) + ']');
 }
 
 void command_line::add_check()
@@ -133,9 +141,9 @@ void command_line::add_check()
         ->check(check_folder)
         ->option_text("FOLDER");
     add_limit(app, "--max-findings", m_limits.max_findings, "Show at most this many findings of each FILE");
-    add_limit(app, "--max-files", m_limits.max_files, "Read at most this many files, each as often as it is included");
-    add_limit(app, "--max-bytes", m_limits.max_bytes, "Read at most this many bytes of all files together");
-    add_limit(app, "--max-values", m_limits.max_values, "Load maps of at most this many values together");
+    add_limit(app, "--max-files", m_limits.max_files, "Read at most this many files for each FILE");
+    add_limit(app, "--max-bytes", m_limits.max_bytes, "Read at most this many bytes for each FILE");
+    add_limit(app, "--max-values", m_limits.max_values, "Load maps of at most this many values for each FILE");
 }
 
 void command_line::add_get()

@@ -39,15 +39,19 @@ std::size_t width(const ustring8& text)
     return columns;
 }
 
+// In columns. A wider text does not widen its column, or one long name would pad all lines.
+constexpr std::size_t widest_column = 80;
+
 void print_aligned(const std::vector<row>& rows)
 {
     std::array<std::size_t, std::tuple_size_v<row>> widths = {};
     for (const row& line : rows) {
-        for (std::size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], width(line[i]));
+        for (std::size_t i = 0; i < line.size(); ++i)
+            widths[i] = std::max(widths[i], std::min(width(line[i]), widest_column));
     }
     for (const row& line : rows) {
         for (std::size_t i = 0; i + 1 < line.size(); ++i) {
-            std::cout << line[i] << ustring8(widths[i] - width(line[i]) + 2, ' ');
+            std::cout << line[i] << ustring8(widths[i] - std::min(width(line[i]), widths[i]) + 2, ' ');
         }
         std::cout << line.back() << '\n';
     }

@@ -66,7 +66,7 @@ std::optional<file_set::opened> file_set::read(const std::wstring& path, const e
     ustring8 name = as_given(source.path());
     NUVEK_2_18::parser::document_text text;
     if (is_new) text = source.read(m_bytes_left);
-    if (!take_bytes(source.size(), name, include)) return std::nullopt;
+    if (!take_bytes(is_new ? source.size() : m_files[number].size, name, include)) return std::nullopt;
     m_by_path.emplace(units(path.substr(m_base_size)), number);
     if (!is_new) return opened{file_access::open, number};
     const auto document = std::make_shared<const xml_document>(check_document(std::move(text), true));

@@ -14,8 +14,10 @@ namespace fs = std::filesystem;
 // A larger folder is not looked at as a whole.
 constexpr std::size_t most_neighbors = 1000;
 
-// After so many names there are no more suggestions: many missing files among many others would take too long.
+// After so many names, there are no more suggestions: many missing files among many others would take too long. After so
+// many entries, no more folders are looked into: including from two in turn would take too long.
 constexpr std::size_t most_compared = 200000;
+constexpr std::size_t most_listed = 100000;
 
 bool is_same_but_for_case(const ustring8& a, const ustring8& b)
 {
@@ -83,6 +85,7 @@ bool include_advice::is_file(const fs::path& path) const
 // The extension must be the same, and makes no name longer.
 ustring8 include_advice::near_file(const fs::path& path)
 {
+    if (m_compared >= most_compared) return {};
     const ustring8 extension = path_text(path.extension());
     std::vector<ustring8> stems;
     for (const ustring8& name : names_in(path.parent_path())) {
@@ -97,7 +100,6 @@ ustring8 include_advice::near_file(const fs::path& path)
 
 ustring8 include_advice::nearest(const ustring8& name, const std::vector<ustring8>& names)
 {
-    if (m_compared >= most_compared) return {};
     m_compared += names.size();
     return ustring8(nearest_name(name, names, most_neighbors));
 }
@@ -107,12 +109,15 @@ const std::vector<ustring8>& include_advice::names_in(const fs::path& folder)
     if (m_is_folder_known && m_folder == folder) return m_names;
     m_folder = folder;
     m_is_folder_known = true;
+    m_names.clear();
+    m_has_all_names = m_listed < most_listed;
+    if (!m_has_all_names) return m_names;
     const auto* const bound = m_files.bound();
     const ustring8 name = folder.u8string();
-    auto found =
+    const auto found =
         bound == nullptr ? NUVEK_2_18::parser::files_in(name, most_neighbors) : bound->files_in(name, most_neighbors);
-    m_has_all_names = found.is_whole;
-    m_names.clear();
+    m_listed += found.entries;
+    m_has_all_names = found.entries <= most_neighbors;
     for (const ustring8& each : found.names) m_names.push_back(path_text(fs::u8path(each)));
     std::sort(m_names.begin(), m_names.end());
     return m_names;

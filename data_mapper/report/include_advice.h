@@ -39,6 +39,7 @@ private:
     std::vector<ustring8> m_names;  // of the files in it, sorted
     bool m_has_all_names = true;    // false if there are more
     std::size_t m_compared = 0;     // names, so far
+    std::size_t m_listed = 0;       // entries of folders, so far
 };
 
 }  // namespace data_mapper4
