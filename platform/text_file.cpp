@@ -184,6 +184,7 @@ std::filesystem::path resolved(const std::filesystem::path& path)
 
 namespace {
 
+// A text_buffer refuses a capacity that could not be doubled.
 std::size_t grown(std::size_t capacity, std::size_t claimed)
 {
     return capacity < claimed ? std::min(capacity * 2, claimed) : capacity * 2;

@@ -1,12 +1,14 @@
 // Memory and files that fail, at every call. A separate program, since it replaces the calls.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <new>
 
 #include "data_mapper/load_report.h"
 #include "documents.h"
+#include "platform/text_buffer.h"
 
 #if defined(__linux__)
 #include <fcntl.h>
@@ -171,6 +173,15 @@ TEST(Failures, OfMemoryLeaveWholeItemsInATable)
             }
             EXPECT_TRUE(is_reached || table.m_items.read().size() == (order.rfind('h') == 0 ? 8U : 6U)) << order;
         }
+    }
+}
+
+TEST(Failures, OfMemoryAreThrownForTextsTooLargeForTheMachine)
+{
+    using NUVEK_2_18::parser::text_buffer;
+    for (const std::size_t size : {text_buffer::largest_capacity + 1, std::size_t{PTRDIFF_MAX} + 1, SIZE_MAX}) {
+        EXPECT_THROW(text_buffer{size}, std::bad_alloc) << size;
+        EXPECT_THROW(text_buffer().grow(size), std::bad_alloc) << size;
     }
 }
 
