@@ -64,7 +64,7 @@ text_buffer::block text_buffer::allocate(std::size_t size)
 
 text_buffer::text_buffer(std::size_t capacity) : m_capacity(capacity)
 {
-    if (capacity > static_cast<std::size_t>(-1) - padding) throw std::bad_alloc();
+    if (capacity > largest_capacity) throw std::bad_alloc();
     m_bytes = allocate(capacity + padding);
     resize(0);
 }

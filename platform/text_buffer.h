@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -14,9 +15,12 @@ public:
     // The number of zero bytes after the text.
     static constexpr std::size_t padding = 64;
 
+    // In bytes. The distance between any two of them is a std::ptrdiff_t, and twice the capacity a std::size_t.
+    static constexpr std::size_t largest_capacity = PTRDIFF_MAX - padding;
+
     text_buffer() = default;
 
-    // Empty, with room for this many bytes.
+    // Empty, with room for this many bytes. Throws std::bad_alloc for more than the largest capacity.
     explicit text_buffer(std::size_t capacity);
 
     char* data() { return m_bytes.get() + m_begin; }
@@ -30,7 +34,7 @@ public:
     // Removes this many bytes from the beginning.
     void remove_prefix(std::size_t size);
 
-    // Raises the capacity to this many bytes. Existing bytes are kept.
+    // Raises the capacity to this many bytes, or throws like the constructor. Existing bytes are kept.
     void grow(std::size_t capacity);
 
 private:

@@ -19,6 +19,7 @@ strings::ustring8 utf8_path(const strings::ustring16& path)
     return unicode::append_utf16(path, text) ? text : strings::ustring8();
 }
 
+// A text_buffer refuses a capacity that could not be doubled.
 std::size_t grown(std::size_t capacity, std::size_t claimed)
 {
     return capacity < claimed ? std::min(capacity * 2, claimed) : capacity * 2;

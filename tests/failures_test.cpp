@@ -1,12 +1,14 @@
 // Memory and files that fail, at every call. A separate program, since it replaces the calls.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <new>
 
 #include "data_mapper/load_report.h"
 #include "documents.h"
+#include "platform/text_buffer.h"
 
 #if defined(__linux__)
 #include <fcntl.h>
@@ -183,6 +185,15 @@ TEST(Failures, OfMemoryLeaveWholeItemsInATable)
     }
 }
 
+TEST(Failures, OfMemoryAreThrownForTextsTooLargeForTheMachine)
+{
+    using NUVEK_2_18::parser::text_buffer;
+    for (const std::size_t size : {text_buffer::largest_capacity + 1, std::size_t{PTRDIFF_MAX} + 1, SIZE_MAX}) {
+        EXPECT_THROW(text_buffer{size}, std::bad_alloc) << size;
+        EXPECT_THROW(text_buffer().grow(size), std::bad_alloc) << size;
+    }
+}
+
 #if defined(__linux__)
 
 namespace {
@@ -206,13 +217,13 @@ thread_local file_calls* files = nullptr;
 extern "C" int open(const char* path, int flags, ...)
 {
     if (files != nullptr && files->open.fails_now()) return errno = files->error, -1;
-    return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, 0600));
+    return ::openat(AT_FDCWD, path, flags, 0600);
 }
 
 extern "C" int fstat(int file, struct stat* status) noexcept
 {
     if (files != nullptr && files->fstat.fails_now()) return errno = files->error, -1;
-    const auto result = static_cast<int>(::syscall(SYS_newfstatat, file, "", status, AT_EMPTY_PATH));
+    const int result = ::fstatat(file, "", status, AT_EMPTY_PATH);
     if (files != nullptr && files->claimed_size >= 0) status->st_size = files->claimed_size;
     return result;
 }
@@ -264,6 +275,28 @@ TEST(Failures, OfFilesAreResults)
         const bool is_enough = got.size() >= content.rfind("</maps>") && (got.back() == '>');
         EXPECT_EQ(load({{}, {}, {}, EIO, -1, 7, call}) == "no_error 4", is_enough) << call;
     }
+}
+
+// Also on 32-bit machines. The date is in 2096, the size 3 GiB; only the first bytes are read.
+TEST(Files, OfAnyDateAndSizeAreOpened)
+{
+    const documents::folder folder;
+    folder.write("m", documents::four_maps("m"));
+    const std::string path = folder.system_path("m").string();
+    const timespec dates[] = {{4000000000, 0}, {4000000000, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), dates, 0), 0);
+    map_collection maps;
+    EXPECT_EQ(maps.load(folder.path("m")).type(), map_error_t::no_error);
+    ASSERT_EQ(::truncate(path.c_str(), off_t{3} << 30), 0);
+    check_options options;
+    options.max_bytes = 1000;
+    file_calls calls;
+    calls.most = 2000;
+    files = &calls;
+    const load_report report = check_maps(folder.system_path("m"), options);
+    files = nullptr;
+    ASSERT_EQ(report.errors(), 1U);
+    EXPECT_EQ(report.findings().front().rule, "limit-reached");
 }
 
 #endif
