@@ -230,6 +230,10 @@ TEST(Report, KeepsToItsLimits)
          three,
          {10, 10, 1000, "d2"}},
         {"", neighbours, {10, 10, 1000, "."}},
+        // even if it leads back in
+        {R"(d/a:1:22-1:28 error 1 "../d/b" is outside the folder that files are restricted to [outside-folder])",
+         {{"d/a", "<maps><include file='../d/b'/></maps>"}, {"d/b", "<maps/>"}},
+         {10, 10, 1000, "d"}},
     };
     for (const auto& [expected, set, options] : rows) EXPECT_EQ(found(set, options), expected);
 }
