@@ -57,7 +57,9 @@ std::vector<ustring8> map_collection::items(const ustring8& map_name)
 {
     std::vector<ustring8> names;
     stores::visit_table(*this, map_name, [&](const auto& map) {
-        for (const auto& item : map.m_items.read()) names.push_back(item.first);
+        const item_store all = map.m_items.store();
+        names.reserve(all.size());
+        for (const stored_item& item : all.sorted()) names.emplace_back(item.key());
         return true;
     });
     return names;

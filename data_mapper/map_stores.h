@@ -50,7 +50,7 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
     // Returns the number of items of the map; 0 if it is not loaded.
     static std::size_t item_count(map_collection& maps, const ustring8& map_name)
     {
-        return visit_table(maps, map_name, [](const auto& map) { return map.m_items.read().size(); });
+        return visit_table(maps, map_name, [](const auto& map) { return map.m_items.size(); });
     }
 
     // Returns the attribute names of a table, or nullptr for a kind without attributes.
