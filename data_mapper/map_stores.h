@@ -47,6 +47,26 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
         });
     }
 
+    // Whether the stores have only tables that the registry lists. Each name in the registry has its table, unless an
+    // assignment was torn, so that comparing the numbers is enough.
+    static bool are_registered(const map_collection& maps)
+    {
+        const std::size_t tables = maps.m_simple_maps.size() + maps.m_collection_maps.size() +
+                                   maps.m_vector_maps.size() + maps.m_vector_collection_maps.size();
+        return !maps.m_is_torn && maps.m_maps.size() == tables;
+    }
+
+    // Returns the table if it is loaded with this kind, whose store is given; otherwise nullptr. The name is searched once,
+    // because in any state that a load leaves the store has just the registered names of its kind.
+    template <class table>
+    static const table* find(map_collection& maps, map_type kind, const std::map<ustring8, table>& store,
+                             const ustring8& map_name)
+    {
+        if (!are_registered(maps) && maps.type(map_name) != kind) return nullptr;
+        const auto found = store.find(map_name);
+        return found == store.end() ? nullptr : &found->second;
+    }
+
     // Returns the number of items of the map; 0 if it is not loaded.
     static std::size_t item_count(map_collection& maps, const ustring8& map_name)
     {

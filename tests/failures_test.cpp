@@ -126,6 +126,38 @@ TEST(Failures, OfMemoryAreThrownAndLoseNothingThatWasLoaded)
     }
 }
 
+// The registry may then be another collection's than the tables. A table that it does not list cannot be found.
+TEST(Failures, OfMemoryInAnAssignmentHideTablesThatAreNotRegistered)
+{
+    const documents::folder folder;
+    map_collection collections[2];
+    for (const int i : {0, 1}) {
+        folder.write("m", documents::four_maps(std::string(1, "ab"[i])));
+        ASSERT_EQ(collections[i].load(folder.path("m")).type(), map_error_t::no_error);
+    }
+    const ustring8 item = documents::long_name + 'a';
+    bool is_reached = true;
+    for (long call = 0; is_reached; ++call) {
+        map_collection maps = collections[0];
+        is_reached = fails(call, true, [&] { maps = collections[1]; });
+        const map_collection copy = maps;
+        maps = *&maps;
+        maps = copy;
+        for (const std::string name : {"amap", "avector_map", "acollection_map", "avector_collection_map", "bmap",
+                                       "bvector_map", "bcollection_map", "bvector_collection_map"}) {
+            ustring8 text;
+            std::vector<ustring8> list;
+            std::map<ustring8, ustring8> attribs;
+            std::vector<std::map<ustring8, ustring8>> sets;
+            const bool is_found = maps.get_arg(name, item, text) || maps.get_args(name, item, list) ||
+                                  maps.get_attribs(name, item, attribs) || maps.get_attrib(name, item, "x", text) ||
+                                  maps.get_args_vector(name, item, sets);
+            EXPECT_TRUE(!is_found || maps.is_loaded(name)) << name << ' ' << call;
+            EXPECT_EQ(is_found, maps.has_item(name, item)) << name << ' ' << call;
+        }
+    }
+}
+
 // It throws, or has the result that it has anyway: the standard library may do without the memory. Not with
 // suggest_files, because it ends the program if memory runs out while it looks into a folder.
 TEST(Failures, OfMemoryInACheckLeaveTheCollectionUnchanged)
