@@ -20,6 +20,7 @@ constexpr std::size_t text_code = 3;
 
 constexpr unsigned size_bits = 7;
 constexpr std::size_t size_limit = std::size_t{1} << size_bits;
+constexpr std::size_t longest_size = (sizeof(std::size_t) * 8 + size_bits - 1) / size_bits;
 
 inline std::size_t take_size(const char*& at)
 {

@@ -35,10 +35,10 @@ std::size_t width_of(std::size_t size)
 
 void item_writer::expect(std::size_t items, std::size_t bytes)
 {
-    const item_block& block = own(bytes);
+    const item_block& block = own(bytes + longest_size);
     m_expected = block.size + items;
     m_at = block.used;
-    need(bytes);
+    need(bytes + longest_size);
 }
 
 bool item_writer::begin(std::string_view key)
@@ -48,11 +48,9 @@ bool item_writer::begin(std::string_view key)
     if (!find_place(key)) return false;
     m_at = block.used;
     m_empty = 0;
-    put_size(key.size());
-    put(key);
-    m_values = m_at;
+    put_text(key.size(), key);
     need(1);
-    ++m_at;
+    m_values = m_at++;
     return true;
 }
 
@@ -63,20 +61,19 @@ void item_writer::add(std::string_view value)
         return;
     }
     put_empty();
-    put_size(value.size() + text_code);
-    put(value);
+    put_text(value.size() + text_code, value);
 }
 
 void item_writer::add_key()
 {
     put_empty();
-    put_size(key_code);
+    put_text(key_code, "");
 }
 
 void item_writer::end_row()
 {
     put_empty();
-    put_size(row_end_code);
+    put_text(row_end_code, "");
 }
 
 bool item_writer::end()
@@ -152,37 +149,36 @@ bool item_writer::find_place(std::string_view key)
 }
 
 // Makes room for the next bytes. Beyond an exact expectation the block grows by halves.
-void item_writer::need(std::size_t bytes)
+void item_writer::grow(std::size_t bytes)
 {
     const std::size_t capacity = m_store.m_block->capacity;
-    if (capacity - m_at >= bytes) return;
     if (bytes > item_index::most_bytes) throw std::length_error("an item of 1 TiB or more");
     if (m_at + bytes < m_at) throw std::bad_alloc();
     resize(std::max(m_at + bytes, capacity + capacity / 2 + least_growth));
 }
 
-void item_writer::put_size(std::size_t size)
+void item_writer::need(std::size_t bytes)
 {
-    need(width_of(size));
-    char* const begin = m_store.m_block->bytes() + m_at;
-    m_at += static_cast<std::size_t>(write_size(begin, size) - begin);
+    if (m_store.m_block->capacity - m_at < bytes) grow(bytes);
 }
 
-void item_writer::put(std::string_view bytes)
+void item_writer::put_text(std::size_t code, std::string_view text)
 {
-    need(bytes.size());
-    std::memcpy(m_store.m_block->bytes() + m_at, bytes.data(), bytes.size());
-    m_at += bytes.size();
+    need(longest_size + text.size());
+    char* const begin = m_store.m_block->bytes() + m_at;
+    char* const text_begin = write_size(begin, code);
+    std::memcpy(text_begin, text.data(), text.size());
+    m_at += static_cast<std::size_t>(text_begin - begin) + text.size();
 }
 
 void item_writer::put_empty()
 {
     if (m_empty == 0) return;
     if (m_empty == 1) {
-        put_size(text_code);
+        put_text(text_code, "");
     } else {
-        put_size(empty_code);
-        put_size(m_empty);
+        put_text(empty_code, "");
+        put_text(m_empty, "");
     }
     m_empty = 0;
 }

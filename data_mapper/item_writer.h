@@ -40,9 +40,9 @@ private:
     void resize(std::size_t capacity);
     void index_items();
     bool find_place(std::string_view key);
+    void grow(std::size_t bytes);
     void need(std::size_t bytes);
-    void put_size(std::size_t size);
-    void put(std::string_view bytes);
+    void put_text(std::size_t code, std::string_view text);
     void put_empty();
 
     item_store& m_store;
