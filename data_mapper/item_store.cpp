@@ -52,28 +52,6 @@ void item_block::destroy(item_block* block) noexcept
     ::operator delete(block);
 }
 
-bool item_values::take(std::string_view& value)
-{
-    if (m_empty == 0) {
-        if (m_at == m_end) return false;
-        const std::size_t code = take_size(m_at);
-        if (code >= text_code) {
-            value = {m_at, code - text_code};
-            m_at += value.size();
-            return true;
-        }
-        if (code == row_end_code) return false;
-        if (code == key_code) {
-            value = m_key;
-            return true;
-        }
-        m_empty = take_size(m_at);
-    }
-    --m_empty;
-    value = {};
-    return true;
-}
-
 void item_values::copy_to(ustring8& text, std::size_t number) const
 {
     item_values left = *this;
@@ -105,28 +83,6 @@ void item_values::take_row(std::vector<ustring8>& texts)
         }
     }
     texts.resize(size);
-}
-
-std::string_view stored_item::key() const
-{
-    const char* at = m_record;
-    return take_text(at);
-}
-
-item_values stored_item::values() const
-{
-    const char* at = m_record;
-    const std::string_view item_key = take_text(at);
-    const std::size_t size = take_size(at);
-    return {item_key, at, at + size};
-}
-
-const char* stored_item::end() const
-{
-    const char* at = m_record;
-    take_text(at);
-    take_text(at);
-    return at;
 }
 
 item_store::item_store(const item_store& other) noexcept : m_block(other.m_block)
@@ -169,8 +125,8 @@ stored_item item_store::find(std::string_view key) const
     const char* const end = records.data() + records.size();
     for (const char* at = records.data(); at != end;) {
         const stored_item item(at);
-        if (take_text(at) == key) return item;
-        take_text(at);
+        if (item.key() == key) return item;
+        at = item.end();
     }
     return {};
 }

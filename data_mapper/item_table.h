@@ -30,6 +30,9 @@ public:
     // Returns the item, or none. If the items are in a map, the item is copied into `one`.
     stored_item find(const ustring8& key, item_store& one) const { return m_map ? copy(key, one) : m_store.find(key); }
 
+    // Returns the store, or null if the items are in a map.
+    const item_store* shared_store() const { return m_map ? nullptr : &m_store; }
+
     // Returns a copy of the items: in a store, which is shared if it can be, or in a map.
     item_store store() const;
     map read() const;

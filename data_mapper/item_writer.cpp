@@ -19,7 +19,8 @@ constexpr std::size_t least_growth = 64;  // in bytes
 
 char* write_size(char* to, std::size_t size)
 {
-    for (; size >= size_limit; size >>= size_bits) *to++ = static_cast<char>(size | size_limit);
+    for (; size >= item_record::size_limit; size >>= item_record::size_bits)
+        *to++ = static_cast<char>(size | item_record::size_limit);
     *to++ = static_cast<char>(size);
     return to;
 }
@@ -27,7 +28,7 @@ char* write_size(char* to, std::size_t size)
 std::size_t width_of(std::size_t size)
 {
     std::size_t width = 1;
-    for (; size >= size_limit; size >>= size_bits) ++width;
+    for (; size >= item_record::size_limit; size >>= item_record::size_bits) ++width;
     return width;
 }
 
@@ -35,10 +36,10 @@ std::size_t width_of(std::size_t size)
 
 void item_writer::expect(std::size_t items, std::size_t bytes)
 {
-    const item_block& block = own(bytes + longest_size);
+    const item_block& block = own(bytes + item_record::longest_size);
     m_expected = block.size + items;
     m_at = block.used;
-    need(bytes + longest_size);
+    need(bytes + item_record::longest_size);
 }
 
 bool item_writer::begin(std::string_view key)
@@ -61,19 +62,19 @@ void item_writer::add(std::string_view value)
         return;
     }
     put_empty();
-    put_text(value.size() + text_code, value);
+    put_text(value.size() + item_record::text_code, value);
 }
 
 void item_writer::add_key()
 {
     put_empty();
-    put_text(key_code, "");
+    put_text(item_record::key_code, "");
 }
 
 void item_writer::end_row()
 {
     put_empty();
-    put_text(row_end_code, "");
+    put_text(item_record::row_end_code, "");
 }
 
 bool item_writer::end()
@@ -164,7 +165,7 @@ void item_writer::need(std::size_t bytes)
 
 void item_writer::put_text(std::size_t code, std::string_view text)
 {
-    need(longest_size + text.size());
+    need(item_record::longest_size + text.size());
     char* const begin = m_store.m_block->bytes() + m_at;
     char* const text_begin = write_size(begin, code);
     std::memcpy(text_begin, text.data(), text.size());
@@ -175,9 +176,9 @@ void item_writer::put_empty()
 {
     if (m_empty == 0) return;
     if (m_empty == 1) {
-        put_text(text_code, "");
+        put_text(item_record::text_code, "");
     } else {
-        put_text(empty_code, "");
+        put_text(item_record::empty_code, "");
         put_text(m_empty, "");
     }
     m_empty = 0;

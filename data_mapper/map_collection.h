@@ -33,6 +33,7 @@
 #include "data_mapper/collection_map_t.h"
 #include "data_mapper/map_error_t.h"
 #include "data_mapper/map_t.h"
+#include "data_mapper/map_view.h"
 #include "data_mapper/vector_collection_map_t.h"
 #include "data_mapper/vector_map_t.h"
 
@@ -145,6 +146,12 @@ public:
     // be none.
     bool get_args_vector(const ustring8& map_name, const ustring8& item_name,
                          std::vector<std::map<ustring8, ustring8>>& args_vector);
+
+    // Return the map of that name, to be read in place, and all maps: map_view.h. No map if it is not loaded; nor if a
+    // derived class has called begin() or end() of its table, whose items are then in a std::map. Cost: logarithmic in the
+    // number of maps.
+    map_view view(const ustring8& map_name) const noexcept;
+    map_list views() const noexcept;
 
 protected:
     // Loads one file and everything it includes; the result is in m_error.

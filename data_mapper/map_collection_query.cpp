@@ -21,8 +21,7 @@ const table& table_in(const std::map<ustring8, table>& store, const ustring8& ma
 
 map_type map_collection::type(const ustring8& map_name)
 {
-    const auto found = m_maps.find(map_name);
-    return found == m_maps.end() ? MT_UNKNOWN : found->second;
+    return stores::type_of(*this, map_name);
 }
 
 bool map_collection::is_loaded(const ustring8& map_name)
