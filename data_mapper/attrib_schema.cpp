@@ -1,59 +1,13 @@
 #include "data_mapper/attrib_schema.h"
 
 #include <algorithm>
-#include <iterator>
-#include <string_view>
-#include <utility>
+#include <numeric>
 
 namespace data_mapper4 {
 
 namespace {
 
-using NUVEK_2_18::parser::xml_attribute;
-using NUVEK_2_18::parser::xml_element;
-using NUVEK_2_18::parser::xml_value;
-
-bool has_equal_pair(const attrib_schema& schema)
-{
-    if (schema.empty()) return false;
-    // In a second load into one table, every element appends its names to the schema, "name" first. Checking the first
-    // entry saves sorting an ever longer list.
-    if (std::find(std::next(schema.begin()), schema.end(), schema.front()) != schema.end()) return true;
-    std::vector<std::string_view> sorted(schema.begin(), schema.end());
-    std::sort(sorted.begin(), sorted.end());
-    return std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end();
-}
-
-// Adds the row of an element whose attributes are in the schema's order, as most are. Returns false if they are not.
-bool add_in_order(const xml_element& element, const attrib_schema& schema, attrib_row& row)
-{
-    auto attribute = element.attributes.begin();
-    const auto end = element.attributes.end();
-    for (const ustring8& name : schema) {
-        const bool is_next = attribute != end && attribute->name == name;
-        row.push_back(is_next ? (attribute++)->value : xml_value());
-    }
-    return attribute == end;
-}
-
-// Adds the row of any element. Returns false if an attribute after the first is not in the schema.
-bool add_by_name(const xml_element& element, const attrib_schema& schema, attrib_row& row)
-{
-    struct named
-    {
-        const xml_value* value;
-        bool is_in_schema;
-    };
-    std::map<std::string_view, named> by_name;  // the first of each name
-    for (const xml_attribute& each : element.attributes) by_name.insert({each.name, {&each.value, false}});
-    for (const ustring8& name : schema) {
-        const auto found = by_name.find(name);
-        row.push_back(found == by_name.end() ? xml_value() : *found->second.value);
-        if (found != by_name.end()) found->second.is_in_schema = true;
-    }
-    return std::all_of(std::next(element.attributes.begin()), element.attributes.end(),
-                       [&](const xml_attribute& each) { return by_name.at(each.name).is_in_schema; });
-}
+constexpr std::size_t no_column = static_cast<std::size_t>(-1);
 
 map_error_t result(map_error_t::result_type type)
 {
@@ -64,31 +18,94 @@ map_error_t result(map_error_t::result_type type)
 
 }  // namespace
 
-map_error_t read_attrib_names(const xml_element& element, attrib_schema& schema, bool leave_out_first)
+// Every element of a second load into one table appends its names, so that the schema is not sorted again once two of
+// its names are equal.
+map_error_t attrib_schema::read_names(const xml_element& element)
 {
-    auto attribute = element.attributes.begin();
-    if (leave_out_first && attribute != element.attributes.end()) ++attribute;
-    for (; attribute != element.attributes.end(); ++attribute) schema.emplace_back(attribute->name);
-    return result(has_equal_pair(schema) ? map_error_t::duplicate_attrib : map_error_t::no_error);
+    for (const auto& attribute : element.attributes) m_names.emplace_back(attribute.name);
+    if (!m_has_equal_names) {
+        m_sorted.resize(m_names.size());
+        std::iota(m_sorted.begin(), m_sorted.end(), std::size_t{0});
+        std::sort(m_sorted.begin(), m_sorted.end(), [&](auto a, auto b) { return m_names[a] < m_names[b]; });
+        const auto equal = [&](auto a, auto b) { return m_names[a] == m_names[b]; };
+        m_has_equal_names = std::adjacent_find(m_sorted.begin(), m_sorted.end(), equal) != m_sorted.end();
+    }
+    return result(m_has_equal_names ? map_error_t::duplicate_attrib : map_error_t::no_error);
 }
 
-map_error_t read_attrib_values(const xml_element& element, const attrib_schema& schema, attrib_row& row)
+map_error_t attrib_schema::read_row(const xml_element& element)
 {
-    if (schema.size() + 1 < element.attributes.size()) return result(map_error_t::collection_error);
-    const std::size_t size_before = row.size();
-    if (add_in_order(element, schema, row)) return result(map_error_t::no_error);
-    row.resize(size_before);
-    return result(add_by_name(element, schema, row) ? map_error_t::no_error : map_error_t::collection_error);
+    const auto& attributes = element.attributes;
+    if (m_names.size() + 1 < attributes.size()) return result(map_error_t::collection_error);
+    m_row.clear();
+    bool is_in_order = true;
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        const std::size_t column = column_of(attributes[i].name, next);
+        if (column == no_column && i != 0) return result(map_error_t::collection_error);
+        if (column == no_column) continue;
+        is_in_order = is_in_order && column >= next;
+        m_row.push_back({column, i});
+        next = column + 1;
+    }
+    if (!is_in_order) sort_row();
+    return result(map_error_t::no_error);
 }
 
-ustring8 value_at(const std::vector<ustring8>& row, std::size_t k)
+void attrib_schema::write_row(const xml_element& element, bool is_item, item_writer& to) const
 {
-    return k < row.size() ? row[k] : ustring8();
+    std::size_t next = 0;
+    for (const place& each : m_row) {
+        to.add_empty(each.column - next);
+        if (is_item && each.attribute == 0) {
+            to.add_key();
+        } else {
+            write_value(element.attributes[each.attribute].value, to);
+        }
+        next = each.column + 1;
+    }
+    to.add_empty(m_names.size() - next);
 }
 
-void fill_attribs(const attrib_schema& schema, const std::vector<ustring8>& row, std::map<ustring8, ustring8>& attribs)
+// Most attributes are at the next place, or soon after it.
+std::size_t attrib_schema::column_of(std::string_view name, std::size_t next) const
 {
-    for (std::size_t k = 0; k < schema.size(); ++k) attribs.emplace(schema[k], value_at(row, k));
+    constexpr std::size_t few = 4;
+    const std::size_t end = std::min(m_names.size(), next + few);
+    for (std::size_t column = next; column < end; ++column) {
+        if (m_names[column] == name) return column;
+    }
+    const auto is_before = [&](std::size_t column, std::string_view wanted) { return m_names[column] < wanted; };
+    const auto found = std::lower_bound(m_sorted.begin(), m_sorted.end(), name, is_before);
+    return found == m_sorted.end() || m_names[*found] != name ? no_column : *found;
+}
+
+void attrib_schema::sort_row()
+{
+    const auto is_before = [](const place& a, const place& b) { return a.column < b.column; };
+    std::stable_sort(m_row.begin(), m_row.end(), is_before);
+    const auto is_same = [](const place& a, const place& b) { return a.column == b.column; };
+    m_row.erase(std::unique(m_row.begin(), m_row.end(), is_same), m_row.end());
+}
+
+void write_value(const xml_value& value, item_writer& to)
+{
+    if (value.is_plain) {
+        to.add(value.raw);
+    } else {
+        to.add(value.normalized());
+    }
+}
+
+void fill_attribs(const std::vector<ustring8>& names, item_values& row, std::map<ustring8, ustring8>& attribs)
+{
+    bool has_value = true;
+    for (const ustring8& name : names) {
+        std::string_view value;
+        has_value = has_value && row.take(value);
+        attribs.emplace(name, value);
+    }
+    for (std::string_view rest; has_value;) has_value = row.take(rest);
 }
 
 }  // namespace data_mapper4

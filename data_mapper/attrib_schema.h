@@ -6,34 +6,59 @@
 
 #include <cstddef>
 #include <map>
+#include <string_view>
 #include <vector>
 
+#include "data_mapper/item_writer.h"
 #include "data_mapper/map_error_t.h"
 #include "platform/xml_element.h"
 
 namespace data_mapper4 {
 
-using attrib_schema = std::vector<ustring8>;
-using attrib_row = std::vector<NUVEK_2_18::parser::xml_value>;
+using NUVEK_2_18::parser::xml_element;
+using NUVEK_2_18::parser::xml_value;
 
-// Appends the element's attribute names to the schema, without the first one if `leave_out_first` is set. Returns
-// no_error, or duplicate_attrib if two names of the whole schema are equal; the appended names stay. The line is 0.
-map_error_t read_attrib_names(const NUVEK_2_18::parser::xml_element& element, attrib_schema& schema,
-                              bool leave_out_first);
+// The schema of a map while that is loaded. The cost of an element does not depend on the size of the schema.
+class attrib_schema
+{
+public:
+    // `names` are the map's attribute names, and must not be changed by anybody else.
+    explicit attrib_schema(std::vector<ustring8>& names) : m_names(names) {}
 
-// Appends the element's value of every attribute in the schema to the row, and returns no_error. Returns
-// collection_error, and the row is of no use, if the element has at least two more attributes than the schema has
-// names, or an attribute after its first one that is not in the schema. The line is 0.
-//
-// If several attributes have the same name, the first one counts.
-map_error_t read_attrib_values(const NUVEK_2_18::parser::xml_element& element, const attrib_schema& schema,
-                               attrib_row& row);
+    // Appends the element's attribute names to the schema. Returns no_error, or duplicate_attrib if two names of the
+    // whole schema are equal; the appended names stay. The line is 0.
+    map_error_t read_names(const xml_element& element);
 
-// Returns the row's value for the schema's k-th name, counted from 0. It is the empty string if the row is too short
-// because it was stored before the schema grew.
-ustring8 value_at(const std::vector<ustring8>& row, std::size_t k);
+    // Finds the places of the element's attributes in the schema. Returns no_error; or collection_error if the element
+    // has at least two more attributes than the schema has names, or an attribute after its first one that is not in the
+    // schema. The line is 0.
+    map_error_t read_row(const xml_element& element);
 
-// Adds the row's values to `attribs` by name, except for names that it already has.
-void fill_attribs(const attrib_schema& schema, const std::vector<ustring8>& row, std::map<ustring8, ustring8>& attribs);
+    // Adds the row that was read to the item. If several attributes have the same name, the first one counts. If the
+    // element is the item itself, its first value is the key.
+    void write_row(const xml_element& element, bool is_item, item_writer& to) const;
+
+private:
+    struct place
+    {
+        std::size_t column;
+        std::size_t attribute;
+    };
+
+    std::size_t column_of(std::string_view name, std::size_t next) const;
+    void sort_row();
+
+    std::vector<ustring8>& m_names;
+    std::vector<std::size_t> m_sorted;  // the columns in the order of their names
+    bool m_has_equal_names = false;
+    std::vector<place> m_row;  // in the order of the columns
+};
+
+// Adds the value to the item.
+void write_value(const xml_value& value, item_writer& to);
+
+// Takes a row and adds its values to `attribs` by name, except for names that it already has. Values are empty if the row
+// is too short because it was stored before the schema grew.
+void fill_attribs(const std::vector<ustring8>& names, item_values& row, std::map<ustring8, ustring8>& attribs);
 
 }  // namespace data_mapper4

@@ -36,11 +36,10 @@ public:
     // 0, or unchanged if there was no item. Neither load nor clear empties the schema, and every schema begins with
     // "name", so a second load fails with duplicate_attrib at its first sound item: a table is for one load.
     //
-    // Cost: n log n in the items' attributes; a row costs its attributes and the whole schema.
+    // Cost: n log n in the items' attributes, whatever the size of the schema.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
 
-    // Removes all items; keeps the id, the schema and the result of the last load. Cost: linear in the items, constant
-    // if a copy shares them.
+    // Removes all items; keeps the id, the schema and the result of the last load.
     void clear();
 
     // The map's name, as given to the last load.
@@ -49,19 +48,19 @@ public:
 protected:
     using items = std::map<ustring8, std::vector<ustring8>>;
 
-    // Returns true if the table has the item. Cost: logarithmic.
+    // Returns true if the table has the item.
     bool has_item(const ustring8& item_name) const;
 
     // Returns true and sets `attribs` to every name of the schema, "name" included, with the item's value, if the table
     // has the item. The value is the empty string if the item left it out or was stored before the schema had the name.
-    // Otherwise returns false and empties `attribs`. Cost: logarithmic, and n log n in the schema.
+    // Otherwise returns false and empties `attribs`. Cost: n log n in the schema.
     bool get_attribs(const ustring8& item_name, std::map<ustring8, ustring8>& attribs) const;
 
     // Returns true and sets `value` to the item's value, empty as above, if the table has the item and the schema has
-    // the attribute. Otherwise returns false and leaves `value` unchanged. Cost: logarithmic, and linear in the schema.
+    // the attribute. Otherwise returns false and leaves `value` unchanged. Cost: linear in the schema.
     bool get_attrib(const ustring8& item_name, const ustring8& attrib_name, ustring8& value) const;
 
-    // The items in order, and whether there are none. If a copy shares the items, begin and end copy them first.
+    // The items in order, and whether there are none.
     items::iterator begin();
     items::iterator end();
     bool empty();
@@ -69,7 +68,7 @@ protected:
     map_error_t m_error;  // the result of the last load
     ustring8 m_id;
     std::vector<ustring8> m_attrib_names;  // the schema; "name" comes first
-    copy_on_write<items> m_items;          // rows in the schema's order
+    item_table<items> m_items;             // rows in the schema's order
 };
 
 }  // namespace data_mapper4

@@ -2,19 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <utility>
 
 #include "platform/parser_elements.h"
 
 namespace data_mapper4 {
 
 namespace {
-
-// The size at which a batch ends. Items already in the order of their keys need no sorting, and a small batch of them
-// stays in the processor's nearest cache. Other batches grow up to a fixed size or a part of what was gathered before,
-// so that a batch takes little memory compared to the table.
-constexpr std::size_t batch_in_order = 256;
-constexpr std::size_t smallest_batch = 4096;
-constexpr std::size_t part_of_table = 4;
 
 // Compilers inline this comparison, but not that of two views.
 template <std::size_t size>
@@ -39,34 +34,24 @@ bool has_form(const xml_element& element, item_form form)
 
 }  // namespace
 
-item_reader::item_reader(map_type type, xml_stream_parser& parser, attrib_schema& schema, map_error_t& error)
-    : m_kind(*find_kind(type)), m_queue(elements_of(parser)), m_schema(schema), m_error(error)
+item_reader::item_reader(map_type type, xml_stream_parser& parser, std::vector<ustring8>& names, map_error_t& error,
+                         item_store& items, key_test is_taken)
+    : m_kind(*find_kind(type)),
+      m_queue(elements_of(parser)),
+      m_schema(names),
+      m_error(error),
+      m_items(items),
+      m_is_taken(std::move(is_taken)),
+      m_begin(m_queue.position()),
+      m_known_end(m_begin)
 {
     m_error.type(map_error_t::no_error);
 }
 
-bool item_reader::gather()
+map_error_t item_reader::load()
 {
-    const std::size_t most = std::max(smallest_batch, m_gathered / part_of_table);
-    m_batch.clear();
-    while (!m_is_over && m_batch.size() < (m_batch.is_in_order ? batch_in_order : most)) read_item();
-    m_batch.sort();
-    m_gathered += m_batch.size();
-    return !m_batch.items.empty();
-}
-
-void item_reader::end_at_duplicate(const gathered_item& item)
-{
-    m_queue.go_back(item.position);
-    note_line();
-    end(map_error_t::duplicate_item);
-    m_queue.pop();
-    // Forget the names that elements after the item have added.
-    m_schema.resize(item.schema_size);
-}
-
-map_error_t item_reader::result()
-{
+    while (!m_is_over) read_item();
+    m_items.trim();
     if (m_has_line) m_error.line(m_queue.line_of(m_line_position));
     return m_error;
 }
@@ -114,9 +99,35 @@ void item_reader::read_item()
         m_queue.pop();
         return;
     }
-    m_batch.add(name_of(item), m_queue.position(), m_schema.size());
-    const bool is_kept = read_args();
-    m_batch.items.back().is_kept = is_kept;
+    if (!begin_item(name_of(item))) {
+        end(map_error_t::duplicate_item);
+        m_queue.pop();
+        return;
+    }
+    if (read_args() && !m_items.end()) end(map_error_t::memory_error);
+}
+
+// Returns false if the key is taken.
+bool item_reader::begin_item(const xml_value& name)
+{
+    look_ahead();
+    const ustring8 normalized = name.is_plain ? ustring8() : name.normalized();
+    const std::string_view key = name.is_plain ? name.raw : normalized;
+    return m_items.begin(key) && !(m_is_taken && m_is_taken(key));
+}
+
+// Makes room for the next items, so that the table need not grow as it is filled. Limited to a multiple of what has been
+// read, so that it is linear in that even if the items then turn out to be faulty.
+void item_reader::look_ahead()
+{
+    constexpr std::size_t least = 64;
+    constexpr std::size_t multiple = 32;
+    if (m_queue.position() < m_known_end) return;
+    const std::size_t read = std::min(m_queue.position() - m_begin, std::numeric_limits<std::size_t>::max() / multiple);
+    const auto run = m_queue.measure("item", std::max(least, read * multiple));
+    m_known_end = run.end;
+    // Sizes of less than 16 KiB take at most two bytes.
+    m_items.expect(run.named, run.value_bytes + 2 * (run.elements + run.attributes));
 }
 
 // Takes the front item and its args. Returns false if the item is not kept.
@@ -142,11 +153,13 @@ bool item_reader::read_args()
 // arg?      arg = <arg name="TEXT"/>, where TEXT may be empty; without an arg the text is empty
 bool item_reader::read_text()
 {
-    m_batch.values.emplace_back();
-    if (!is_waiting("arg")) return true;
+    if (!is_waiting("arg")) {
+        m_items.add_empty(1);
+        return true;
+    }
     const xml_element& arg = m_queue.front();
     const bool is_sound = has_form(arg, item_form::name_only);
-    if (is_sound) m_batch.values.back() = name_of(arg);
+    if (is_sound) write_value(name_of(arg), m_items);
     if (!is_sound) end(map_error_t::invalid_format);
     m_queue.pop();
     return is_sound;
@@ -159,7 +172,7 @@ bool item_reader::read_texts()
         note_line();
         const xml_element& arg = m_queue.front();
         is_sound = has_form(arg, item_form::name_only) && !name_of(arg).empty();
-        if (is_sound) m_batch.values.push_back(name_of(arg));
+        if (is_sound) write_value(name_of(arg), m_items);
         if (!is_sound) m_error.type(map_error_t::invalid_format);
     }
     return true;
@@ -174,6 +187,7 @@ bool item_reader::read_rows()
         is_sound = has_form(arg, item_form::name_and_attributes) && !name_of(arg).empty();
         if (!is_sound) m_error.type(map_error_t::invalid_format);
         is_sound = is_sound && read_row();
+        if (is_sound) m_items.end_row();
     }
     return m_error.type() == map_error_t::no_error;
 }
@@ -183,26 +197,14 @@ bool item_reader::read_row()
 {
     const xml_element& element = m_queue.front();
     if (!m_is_schema_read) {
-        set_row_result(read_attrib_names(element, m_schema, false));
+        set_row_result(m_schema.read_names(element));
         m_is_schema_read = m_error.type() == map_error_t::no_error;
         if (!m_is_schema_read) return false;
     }
-    set_row_result(read_attrib_values(element, m_schema, m_batch.values));
-    return m_error.type() == map_error_t::no_error;
-}
-
-std::vector<ustring8> texts_of(const xml_value* values, std::size_t size)
-{
-    std::vector<ustring8> texts;
-    texts.reserve(size);
-    for (const xml_value* value = values; value != values + size; ++value) {
-        if (value->is_plain) {
-            texts.emplace_back(value->raw);
-        } else {
-            texts.push_back(value->normalized());
-        }
-    }
-    return texts;
+    set_row_result(m_schema.read_row(element));
+    if (m_error.type() != map_error_t::no_error) return false;
+    m_schema.write_row(element, m_kind.item == item_form::name_and_attributes, m_items);
+    return true;
 }
 
 }  // namespace data_mapper4

@@ -20,7 +20,22 @@ constexpr const char* result_texts[] = {
 map_collection::map_collection() = default;
 map_collection::map_collection(const map_collection& other) = default;
 map_collection::~map_collection() = default;
-map_collection& map_collection::operator=(const map_collection& other) = default;
+
+map_collection& map_collection::operator=(const map_collection& other)
+{
+    const bool is_torn = other.m_is_torn;
+    m_is_torn = true;
+    m_file = other.m_file;
+    m_base_dir = other.m_base_dir;
+    m_error = other.m_error;
+    m_maps = other.m_maps;
+    m_simple_maps = other.m_simple_maps;
+    m_collection_maps = other.m_collection_maps;
+    m_vector_maps = other.m_vector_maps;
+    m_vector_collection_maps = other.m_vector_collection_maps;
+    m_is_torn = is_torn;
+    return *this;
+}
 
 ustring8 map_collection::map_error_as_string(map_error_t error)
 {

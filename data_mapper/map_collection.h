@@ -33,6 +33,7 @@
 #include "data_mapper/collection_map_t.h"
 #include "data_mapper/map_error_t.h"
 #include "data_mapper/map_t.h"
+#include "data_mapper/map_view.h"
 #include "data_mapper/vector_collection_map_t.h"
 #include "data_mapper/vector_map_t.h"
 
@@ -79,7 +80,7 @@ public:
     // opened since. The table classes' headers say which line that is; a collection map's is 0. It is not the line of a
     // misplaced element.
     //
-    // Cost: linear in the files, each counted as often as it is read, and n log n in items and maps. A file is read
+    // Cost: linear in the files, each counted as often as it is read, and n log n in maps. A file is read
     // once for every path of includes that leads to it; SECURITY.md says how fast that can grow. Deep includes take
     // memory, not stack.
     map_error_t load(const std::wstring& path);
@@ -114,8 +115,7 @@ public:
     // none if the map is of another kind or not loaded. Cost: a copy of them all.
     std::vector<ustring8> keys(const ustring8& map_name);
 
-    // Returns true if the map is loaded and has the item, whatever its kind. Cost: logarithmic in the number of maps
-    // and of items, and a copy of the map's name and attribute names.
+    // Returns true if the map is loaded and has the item, whatever its kind. Cost: logarithmic in the number of maps.
     bool has_item(const ustring8& map_name, const ustring8& item_name);
 
     // Returns true if the map is a collection map or vector collection map, has at least one item, and has the key
@@ -125,9 +125,9 @@ public:
 
     // The lookups. Each returns true and sets its output if the map is of the kind given below and has the item. If the
     // map is not loaded or of another kind, returns false and leaves the output unchanged. If only the item is missing,
-    // returns false, leaves a text unchanged and empties a container. Cost: logarithmic in the number of maps and of
-    // items, plus the output; get_attrib is linear in the map's attribute names. The output may be the same string as
-    // one of the names.
+    // returns false, leaves a text unchanged and empties a container. Cost: logarithmic in the number of maps, whatever
+    // the number of items, plus the output; get_attrib is linear in the map's attribute names. The output may be the
+    // same string as one of the names.
 
     // Simple map: the item's text, which may be empty.
     bool get_arg(const ustring8& map_name, const ustring8& item_name, ustring8& value);
@@ -146,6 +146,12 @@ public:
     // be none.
     bool get_args_vector(const ustring8& map_name, const ustring8& item_name,
                          std::vector<std::map<ustring8, ustring8>>& args_vector);
+
+    // Return the map of that name, to be read in place, and all maps: map_view.h. No map if it is not loaded; nor if a
+    // derived class has called begin() or end() of its table, whose items are then in a std::map. Cost: logarithmic in the
+    // number of maps.
+    map_view view(const ustring8& map_name) const noexcept;
+    map_list views() const noexcept;
 
 protected:
     // Loads one file and everything it includes; the result is in m_error.
@@ -172,6 +178,9 @@ protected:
 private:
     struct stores;
     class file_loader;
+
+    // An assignment ran out of memory: the registry and the stores may be of different collections.
+    bool m_is_torn = false;
 
     // For load reports.
     friend void load_followed(map_collection& maps, const std::wstring& path, load_listener& listener);

@@ -9,28 +9,19 @@ namespace data_mapper4 {
 
 namespace {
 
-// Returns the table, or nullptr if there is none.
-template <class table>
-const table* find_in(const std::map<ustring8, table>& store, const ustring8& map_name)
-{
-    const auto found = store.find(map_name);
-    return found == store.end() ? nullptr : &found->second;
-}
-
 template <class table>
 const table& table_in(const std::map<ustring8, table>& store, const ustring8& map_name)
 {
-    const table* const found = find_in(store, map_name);
-    assert(found != nullptr);
-    return *found;
+    const auto found = store.find(map_name);
+    assert(found != store.end());
+    return found->second;
 }
 
 }  // namespace
 
 map_type map_collection::type(const ustring8& map_name)
 {
-    const auto found = m_maps.find(map_name);
-    return found == m_maps.end() ? MT_UNKNOWN : found->second;
+    return stores::type_of(*this, map_name);
 }
 
 bool map_collection::is_loaded(const ustring8& map_name)
@@ -57,7 +48,9 @@ std::vector<ustring8> map_collection::items(const ustring8& map_name)
 {
     std::vector<ustring8> names;
     stores::visit_table(*this, map_name, [&](const auto& map) {
-        for (const auto& item : map.m_items.read()) names.push_back(item.first);
+        const item_store all = map.m_items.store();
+        names.reserve(all.size());
+        for (const stored_item& item : all.sorted()) names.emplace_back(item.key());
         return true;
     });
     return names;
@@ -71,55 +64,50 @@ std::vector<ustring8> map_collection::keys(const ustring8& map_name)
     });
 }
 
-// Asks a copy of the table, which shares its items.
 bool map_collection::has_item(const ustring8& map_name, const ustring8& item_name)
 {
-    return stores::visit_table(*this, map_name, [&](const auto& map) {
-        auto copy = map;
-        return !copy.empty() && copy.has_item(item_name);
-    });
+    return stores::visit_table(*this, map_name, [&](const auto& map) { return map.has_item(item_name); });
 }
 
 bool map_collection::has_key(const ustring8& map_name, const ustring8& key)
 {
     return stores::visit_table(*this, map_name, [&](const auto& map) {
-        auto copy = map;
-        const std::vector<ustring8>* const names = stores::names_of(copy);
-        return names != nullptr && !copy.empty() && std::find(names->begin(), names->end(), key) != names->end();
+        const std::vector<ustring8>* const names = stores::names_of(map);
+        return names != nullptr && map.m_items.size() != 0 &&
+               std::find(names->begin(), names->end(), key) != names->end();
     });
 }
 
 bool map_collection::get_arg(const ustring8& map_name, const ustring8& item_name, ustring8& value)
 {
-    const map_t* const map = type(map_name) == MT_SIMPLE ? find_in(m_simple_maps, map_name) : nullptr;
+    const map_t* const map = stores::find(*this, MT_SIMPLE, m_simple_maps, map_name);
     return map != nullptr && map->get_arg(item_name, value);
 }
 
 bool map_collection::get_args(const ustring8& map_name, const ustring8& item_name, std::vector<ustring8>& values)
 {
-    const vector_map_t* const map = type(map_name) == MT_VECTOR ? find_in(m_vector_maps, map_name) : nullptr;
+    const vector_map_t* const map = stores::find(*this, MT_VECTOR, m_vector_maps, map_name);
     return map != nullptr && map->get_args(item_name, values);
 }
 
 bool map_collection::get_attribs(const ustring8& map_name, const ustring8& item_name,
                                  std::map<ustring8, ustring8>& attribs)
 {
-    const auto* const map = type(map_name) == MT_COLLECTION ? find_in(m_collection_maps, map_name) : nullptr;
+    const collection_map_t* const map = stores::find(*this, MT_COLLECTION, m_collection_maps, map_name);
     return map != nullptr && map->get_attribs(item_name, attribs);
 }
 
 bool map_collection::get_attrib(const ustring8& map_name, const ustring8& item_name, const ustring8& attrib_name,
                                 ustring8& value)
 {
-    const auto* const map = type(map_name) == MT_COLLECTION ? find_in(m_collection_maps, map_name) : nullptr;
+    const collection_map_t* const map = stores::find(*this, MT_COLLECTION, m_collection_maps, map_name);
     return map != nullptr && map->get_attrib(item_name, attrib_name, value);
 }
 
 bool map_collection::get_args_vector(const ustring8& map_name, const ustring8& item_name,
                                      std::vector<std::map<ustring8, ustring8>>& args_vector)
 {
-    const bool is_kind = type(map_name) == MT_VECTOR_COLLECTION;
-    const auto* const map = is_kind ? find_in(m_vector_collection_maps, map_name) : nullptr;
+    const auto* const map = stores::find(*this, MT_VECTOR_COLLECTION, m_vector_collection_maps, map_name);
     return map != nullptr && map->get_args_vector(item_name, args_vector);
 }
 

@@ -17,9 +17,16 @@ namespace data_mapper4 {
 
 struct DATA_MAPPER4_HIDDEN map_collection::stores
 {
+    // Returns the kind that the registry has for the name; MT_UNKNOWN if it has none.
+    static map_type type_of(const map_collection& maps, const ustring8& map_name)
+    {
+        const auto found = maps.m_maps.find(map_name);
+        return found == maps.m_maps.end() ? MT_UNKNOWN : found->second;
+    }
+
     // Calls `use` with the store for maps of this type and returns its result; a default one for MT_UNKNOWN.
-    template <class function>
-    static auto visit(map_collection& maps, map_type type, function use)
+    template <class collection, class function>
+    static auto visit(collection& maps, map_type type, function use)
     {
         switch (type) {
             case MT_SIMPLE:
@@ -38,20 +45,45 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
 
     // Calls `use` with the table of this name and returns its result; a default one if there is no such table. An
     // assignment that ran out of memory may leave a name in the registry whose table is missing.
-    template <class function>
-    static auto visit_table(map_collection& maps, const ustring8& map_name, function use)
+    template <class collection, class function>
+    static auto visit_table(collection& maps, const ustring8& map_name, function use)
     {
-        return visit(maps, maps.type(map_name), [&](auto& store) {
+        return visit(maps, type_of(maps, map_name), [&](auto& store) {
             const auto found = store.find(map_name);
             return found == store.end() ? decltype(use(found->second))() : use(found->second);
         });
     }
 
-    // Returns the number of items of the map; 0 if it is not loaded.
-    static std::size_t item_count(map_collection& maps, const ustring8& map_name)
+    // Whether the stores have only tables that the registry lists. Each name in the registry has its table, unless an
+    // assignment was torn, so that comparing the numbers is enough.
+    static bool are_registered(const map_collection& maps)
     {
-        return visit_table(maps, map_name, [](const auto& map) { return map.m_items.read().size(); });
+        const std::size_t tables = maps.m_simple_maps.size() + maps.m_collection_maps.size() +
+                                   maps.m_vector_maps.size() + maps.m_vector_collection_maps.size();
+        return !maps.m_is_torn && maps.m_maps.size() == tables;
     }
+
+    // Returns the table if it is loaded with this kind, whose store is given; otherwise nullptr. The name is searched once,
+    // because in any state that a load leaves the store has just the registered names of its kind.
+    template <class table>
+    static const table* find(const map_collection& maps, map_type kind, const std::map<ustring8, table>& store,
+                             const ustring8& map_name)
+    {
+        if (!are_registered(maps) && type_of(maps, map_name) != kind) return nullptr;
+        const auto found = store.find(map_name);
+        return found == store.end() ? nullptr : &found->second;
+    }
+
+    // Returns the number of items of the map; 0 if it is not loaded.
+    static std::size_t item_count(const map_collection& maps, const ustring8& map_name)
+    {
+        return visit_table(maps, map_name, [](const auto& map) { return map.m_items.size(); });
+    }
+
+    static map_type kind_of(const map_t& /*map*/) { return MT_SIMPLE; }
+    static map_type kind_of(const collection_map_t& /*map*/) { return MT_COLLECTION; }
+    static map_type kind_of(const vector_map_t& /*map*/) { return MT_VECTOR; }
+    static map_type kind_of(const vector_collection_map_t& /*map*/) { return MT_VECTOR_COLLECTION; }
 
     // Returns the attribute names of a table, or nullptr for a kind without attributes.
     template <class table>

@@ -1,7 +1,5 @@
 #include "data_mapper/map_t.h"
 
-#include "data_mapper/item_loader.h"
-
 namespace data_mapper4 {
 
 map_t::map_t() = default;
@@ -12,9 +10,8 @@ map_t& map_t::operator=(const map_t& other) = default;
 map_error_t map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
     m_id = map_name;
-    attrib_schema no_schema;
-    item_reader reader(MT_SIMPLE, parser, no_schema, m_error);
-    return load_items(reader, m_items, [](const xml_value* value, std::size_t /*size*/) { return value->text(); });
+    std::vector<ustring8> no_names;
+    return m_items.load(MT_SIMPLE, parser, no_names, m_error);
 }
 
 void map_t::clear()
@@ -29,15 +26,15 @@ ustring8 map_t::id()
 
 bool map_t::has_item(const ustring8& item_name) const
 {
-    return m_items.read().count(item_name) != 0;
+    return m_items.has(item_name);
 }
 
 bool map_t::get_arg(const ustring8& item_name, ustring8& value) const
 {
-    const auto found = m_items.read().find(item_name);
-    if (found == m_items.read().end()) return false;
-    value = found->second;
-    return true;
+    item_store one;
+    const stored_item found = m_items.find(item_name, one);
+    if (found) found.values().copy_to(value);
+    return static_cast<bool>(found);
 }
 
 map_t::items::iterator map_t::begin()
@@ -52,7 +49,7 @@ map_t::items::iterator map_t::end()
 
 bool map_t::empty()
 {
-    return m_items.read().empty();
+    return m_items.size() == 0;
 }
 
 }  // namespace data_mapper4

@@ -12,26 +12,33 @@
 //
 // The rules of all four table classes:
 //
-// Ownership: a table owns its strings. Copies behave as if independent, but they share their items until one of them
-// changes, so a copy costs the same whatever the number of items; the first change copies them. begin() and end() count
-// as a change, since iterators see and can make changes, and after either of them every copy of the table copies its
-// items, until the table is assigned to. Assignment and clear invalidate the table's iterators, end() included.
+// Ownership: a table owns its items. Copies behave as if independent, but they share their items until one of them
+// changes, so a copy costs the same whatever the number of items; the first change copies them.
+//
+// Iterators: the first begin() or end() copies the items into a std::map of the table's own, which takes several times
+// the memory and n log n time. From then on the table works on that map, so that lookups, copies and later loads see
+// what is changed through iterators; every copy of the table copies its items. Assignment and clear end that, and
+// invalidate the table's iterators, end() included; a load keeps them valid.
 //
 // Threads: no locks. Several threads may call const members of one table and copy it at once; anything else must not
 // overlap with another use of the same table. Two tables never disturb each other, whether or not they share items.
 //
-// Names are compared byte by byte: no case folding, no normalization, no trimming. Items are in the order of ustring8.
+// Names are compared byte by byte: no case folding, no normalization, no trimming. Iterators go in the order of ustring8.
+//
+// Cost: items are found by a hash of their names, in constant time. If names were made to collide, a table notices and
+// searches in logarithmic time instead; what is linear in the items below is then n log n. An attribute that is left out
+// takes no memory.
 //
 // Bad input is a result, never an exception. Running out of memory is std::bad_alloc or std::length_error. A load
-// throws it at once: the table then holds what it held before and some of the map's items, not necessarily the first,
-// each of them whole. An assignment goes member by member, in the order of declaration: the members before the one that
+// throws it at once: the table then holds what it held before and the first of the map's items, each of them whole; none
+// of them if it had a std::map. An assignment goes member by member, in the order of declaration: the members before the one that
 // failed are then the other table's and those after it are unchanged; the one that failed is unchanged, except that a
 // schema may be a mixture of the two.
 #pragma once
 
 #include <map>
 
-#include "data_mapper/copy_on_write.h"
+#include "data_mapper/item_table.h"
 #include "data_mapper/map_error_t.h"
 #include "platform/xml_stream_parser.h"
 
@@ -60,11 +67,10 @@ public:
     // what was added before it stays.
     //
     // Results: no_error; invalid_format; duplicate_item. The line is that of the last item taken, and unchanged if none
-    // was taken. Cost: n log n in the items.
+    // was taken. Cost: linear in the items.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
 
-    // Removes all items; keeps the id and the result of the last load. Cost: linear in the items, constant if a copy
-    // shares them.
+    // Removes all items; keeps the id and the result of the last load.
     void clear();
 
     // The map's name, as given to the last load.
@@ -73,21 +79,21 @@ public:
 protected:
     using items = std::map<ustring8, const ustring8>;
 
-    // Returns true if the table has the item. Cost: logarithmic.
+    // Returns true if the table has the item.
     bool has_item(const ustring8& item_name) const;
 
     // Returns true and sets `value` to the item's text, which may be empty, if the table has the item. Otherwise
-    // returns false and leaves `value` unchanged. Cost: logarithmic.
+    // returns false and leaves `value` unchanged.
     bool get_arg(const ustring8& item_name, ustring8& value) const;
 
-    // The items in order, and whether there are none. If a copy shares the items, begin and end copy them first.
+    // The items in order, and whether there are none.
     items::iterator begin();
     items::iterator end();
     bool empty();
 
     map_error_t m_error;  // the result of the last load
     ustring8 m_id;
-    copy_on_write<items> m_items;
+    item_table<items> m_items;
 };
 
 }  // namespace data_mapper4

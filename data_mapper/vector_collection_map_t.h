@@ -42,11 +42,10 @@ public:
     // every schema begins with "name", so in a second load every sound arg appends its names and results in
     // duplicate_attrib: a table is for one load.
     //
-    // Cost: n log n in the args' attributes; a row costs its attributes and the whole schema.
+    // Cost: n log n in the args' attributes, whatever the size of the schema.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
 
-    // Removes all items; keeps the id, the schema and the result of the last load. Cost: linear in the items, constant
-    // if a copy shares them.
+    // Removes all items; keeps the id, the schema and the result of the last load.
     void clear();
 
     // The map's name, as given to the last load.
@@ -55,16 +54,16 @@ public:
 protected:
     using items = std::map<ustring8, std::vector<std::vector<ustring8>>>;
 
-    // Returns true if the table has the item, even if it has no args. Cost: logarithmic.
+    // Returns true if the table has the item, even if it has no args.
     bool has_item(const ustring8& item_name) const;
 
     // Returns true and sets `args_vector` to a map for each arg, in the order of the document, if the table has the
     // item. Each map has every name of the schema, "name" included, with the arg's value, which is the empty string if
     // the arg left it out or was stored before the schema had the name. Otherwise returns false and empties
-    // `args_vector`. Cost: logarithmic, and n log n in the schema for each arg.
+    // `args_vector`. Cost: n log n in the schema for each arg.
     bool get_args_vector(const ustring8& item_name, std::vector<std::map<ustring8, ustring8>>& args_vector) const;
 
-    // The items in order, and whether there are none. If a copy shares the items, begin and end copy them first.
+    // The items in order, and whether there are none.
     items::iterator begin();
     items::iterator end();
     bool empty();
@@ -72,7 +71,7 @@ protected:
     map_error_t m_error;  // the result of the last load
     ustring8 m_id;
     std::vector<ustring8> m_attrib_names;  // the schema; "name" comes first
-    copy_on_write<items> m_items;          // a row for each arg, in the schema's order
+    item_table<items> m_items;             // a row for each arg, in the schema's order
 };
 
 }  // namespace data_mapper4

@@ -1,7 +1,5 @@
 #include "data_mapper/vector_map_t.h"
 
-#include "data_mapper/item_loader.h"
-
 namespace data_mapper4 {
 
 vector_map_t::vector_map_t() = default;
@@ -12,9 +10,8 @@ vector_map_t& vector_map_t::operator=(const vector_map_t& other) = default;
 map_error_t vector_map_t::load(const ustring8& map_name, xml_stream_parser& parser)
 {
     m_id = map_name;
-    attrib_schema no_schema;
-    item_reader reader(MT_VECTOR, parser, no_schema, m_error);
-    return load_items(reader, m_items, texts_of);
+    std::vector<ustring8> no_names;
+    return m_items.load(MT_VECTOR, parser, no_names, m_error);
 }
 
 void vector_map_t::clear()
@@ -29,20 +26,20 @@ ustring8 vector_map_t::id()
 
 bool vector_map_t::has_item(const ustring8& item_name) const
 {
-    return m_items.read().count(item_name) != 0;
+    return m_items.has(item_name);
 }
 
 bool vector_map_t::get_args(const ustring8& item_name, std::vector<ustring8>& values) const
 {
-    const auto found = m_items.read().find(item_name);
-    const bool is_found = found != m_items.read().end();
     // The name may be one of the strings in `values`, so they are not touched before the search.
-    if (is_found) {
-        values = found->second;
+    item_store one;
+    const stored_item found = m_items.find(item_name, one);
+    if (found) {
+        found.values().copy_to(values);
     } else {
         values.clear();
     }
-    return is_found;
+    return static_cast<bool>(found);
 }
 
 vector_map_t::items::iterator vector_map_t::begin()
@@ -57,7 +54,7 @@ vector_map_t::items::iterator vector_map_t::end()
 
 bool vector_map_t::empty()
 {
-    return m_items.read().empty();
+    return m_items.size() == 0;
 }
 
 }  // namespace data_mapper4

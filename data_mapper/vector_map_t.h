@@ -29,11 +29,10 @@ public:
     // arg stays at the front.
     //
     // Results: no_error; invalid_format; duplicate_item. The line is that of the last item or arg taken, and unchanged
-    // if none was taken. Cost: n log n in the items.
+    // if none was taken. Cost: linear in the items.
     map_error_t load(const ustring8& map_name, xml_stream_parser& parser);
 
-    // Removes all items; keeps the id and the result of the last load. Cost: linear in the items, constant if a copy
-    // shares them.
+    // Removes all items; keeps the id and the result of the last load.
     void clear();
 
     // The map's name, as given to the last load.
@@ -42,21 +41,21 @@ public:
 protected:
     using items = std::map<ustring8, std::vector<ustring8>>;
 
-    // Returns true if the table has the item. Cost: logarithmic.
+    // Returns true if the table has the item.
     bool has_item(const ustring8& item_name) const;
 
     // Returns true and sets `values` to the item's texts, in the order of the document, if the table has the item;
-    // there may be none. Otherwise returns false and empties `values`. Cost: logarithmic, plus the copies of the texts.
+    // there may be none. Otherwise returns false and empties `values`.
     bool get_args(const ustring8& item_name, std::vector<ustring8>& values) const;
 
-    // The items in order, and whether there are none. If a copy shares the items, begin and end copy them first.
+    // The items in order, and whether there are none.
     items::iterator begin();
     items::iterator end();
     bool empty();
 
     map_error_t m_error;  // the result of the last load
     ustring8 m_id;
-    copy_on_write<items> m_items;
+    item_table<items> m_items;
 };
 
 }  // namespace data_mapper4

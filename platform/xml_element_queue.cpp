@@ -43,17 +43,6 @@ void xml_element_queue::pop()
     m_is_front_read = false;
 }
 
-void xml_element_queue::go_back(std::size_t position)
-{
-    for (std::size_t at = position; at != m_position;) {
-        at = m_document->index.read(at, m_front);
-        if (m_front.form == xml_element::kind::opening) --m_open;
-        if (m_front.form == xml_element::kind::closing) ++m_open;
-    }
-    m_position = position;
-    m_is_front_read = false;
-}
-
 std::size_t xml_element_queue::depth()
 {
     return front().form == xml_element::kind::closing ? m_open - 1 : m_open;

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 
 #include "platform/ustring.h"
 #include "platform/xml_document.h"
@@ -37,9 +38,14 @@ public:
 
     void pop();
 
-    // The position of the front element, which grows from element to element. go_back() returns to an earlier one.
+    // The position of the front element, which grows from element to element.
     std::size_t position() const { return m_position; }
-    void go_back(std::size_t position);
+
+    // Measures the front element and those that follow it, as xml_index::measure() does.
+    xml_run measure(std::string_view tag, std::size_t limit) const
+    {
+        return m_document->index.measure(m_position, tag, limit);
+    }
 
     // How many elements are open around the front element.
     std::size_t depth();

@@ -157,6 +157,28 @@ std::size_t xml_index::read(std::size_t position, xml_element& element) const
     return position;
 }
 
+xml_run xml_index::measure(std::size_t position, std::string_view tag, std::size_t limit) const
+{
+    xml_run run;
+    const std::size_t begin = position;
+    const std::size_t end = position + std::min(limit, m_words.size() - position);
+    for (; position != end; ++position) {
+        const word head = m_words[position];
+        const word kind = kind_of(head);
+        if (kind == attribute_kind || kind == attribute_kind + 1) {
+            ++run.attributes;
+            run.value_bytes += static_cast<std::size_t>(head >> value_shift);
+        } else if (kind == static_cast<word>(xml_element::kind::whole)) {
+            ++run.elements;
+            if (head >> name_shift == tag.size()) ++run.named;
+        } else if (kind < text_kind && position != begin) {
+            break;
+        }
+    }
+    run.end = position;
+    return run;
+}
+
 xml_attribute xml_index::attribute_at(std::size_t position) const
 {
     const word head = m_words[position];

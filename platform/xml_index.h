@@ -15,6 +15,16 @@
 
 namespace NUVEK_2_18::parser {
 
+// What follows a position. Only a hint: a value that is long, or written oddly, is not in the sizes.
+struct xml_run
+{
+    std::size_t elements = 0;
+    std::size_t named = 0;  // elements whose tags are as long as the one that is looked for
+    std::size_t attributes = 0;
+    std::size_t value_bytes = 0;  // of the raw values
+    std::size_t end = 0;          // a position
+};
+
 class xml_index
 {
 public:
@@ -50,6 +60,10 @@ public:
     // Reads the element at the position and returns the position of the next one. The element's stretches of text are
     // the words just before that.
     std::size_t read(std::size_t position, xml_element& element) const;
+
+    // Measures the elements from the position on, at most as many words as the limit, up to the first element that has
+    // children or is a closing one. Does not touch the text.
+    xml_run measure(std::size_t position, std::string_view tag, std::size_t limit) const;
 
 private:
     using word = std::uint64_t;

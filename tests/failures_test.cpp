@@ -30,6 +30,7 @@ struct failing_calls
     long calls = 0;
     long first = -1;  // the first call that fails, from 0; none if negative
     bool is_once = true;
+    std::size_t bytes = 0;  // requested by all calls for memory
 
     bool fails_now()
     {
@@ -45,6 +46,7 @@ thread_local failing_calls* memory = nullptr;  // counted while it is set
 // Not inlined: a compiler that sees only one of the two would warn of a mismatch.
 [[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
 {
+    if (memory != nullptr) memory->bytes += size;
     return memory != nullptr && memory->fails_now() ? nullptr : std::malloc(size);
 }
 
@@ -126,6 +128,38 @@ TEST(Failures, OfMemoryAreThrownAndLoseNothingThatWasLoaded)
     }
 }
 
+// The registry may then be another collection's than the tables. A table that it does not list cannot be found.
+TEST(Failures, OfMemoryInAnAssignmentHideTablesThatAreNotRegistered)
+{
+    const documents::folder folder;
+    map_collection collections[2];
+    for (const int i : {0, 1}) {
+        folder.write("m", documents::four_maps(std::string(1, "ab"[i])));
+        ASSERT_EQ(collections[i].load(folder.path("m")).type(), map_error_t::no_error);
+    }
+    const ustring8 item = documents::long_name + 'a';
+    bool is_reached = true;
+    for (long call = 0; is_reached; ++call) {
+        map_collection maps = collections[0];
+        is_reached = fails(call, true, [&] { maps = collections[1]; });
+        const map_collection copy = maps;
+        maps = *&maps;
+        maps = copy;
+        for (const std::string name : {"amap", "avector_map", "acollection_map", "avector_collection_map", "bmap",
+                                       "bvector_map", "bcollection_map", "bvector_collection_map"}) {
+            ustring8 text;
+            std::vector<ustring8> list;
+            std::map<ustring8, ustring8> attribs;
+            std::vector<std::map<ustring8, ustring8>> sets;
+            const bool is_found = maps.get_arg(name, item, text) || maps.get_args(name, item, list) ||
+                                  maps.get_attribs(name, item, attribs) || maps.get_attrib(name, item, "x", text) ||
+                                  maps.get_args_vector(name, item, sets);
+            EXPECT_TRUE(!is_found || maps.is_loaded(name)) << name << ' ' << call;
+            EXPECT_EQ(is_found, maps.has_item(name, item)) << name << ' ' << call;
+        }
+    }
+}
+
 // It throws, or has the result that it has anyway: the standard library may do without the memory.
 TEST(Failures, OfMemoryInACheckLeaveTheCollectionUnchanged)
 {
@@ -162,25 +196,44 @@ TEST(Failures, OfMemoryInACheckLeaveTheCollectionUnchanged)
     }
 }
 
-// Also if one of them is a duplicate.
-TEST(Failures, OfMemoryLeaveWholeItemsInATable)
+// In a table with an index and in one without, into which nothing or something was loaded before. Also if an item is a
+// duplicate, and if iterators were asked for.
+TEST(Failures, OfMemoryLeaveTheFirstItemsInATable)
 {
     struct opened : map_t
     {
+        using map_t::begin;
         using map_t::m_items;
     };
-    for (const std::string order : {"hcagbdfe", "hcagbdhe"}) {
-        std::string document = "<maps>";
-        for (const char key : order) document += "<item name='" + std::string(40, key) + "'/><arg name='text'/>";
-        bool is_reached = true;
-        for (long call = 0; is_reached; ++call) {
-            const auto parser = documents::parsed(document + "</maps>", 1);
-            opened table;
-            is_reached = fails(call, true, [&] { table.load("t", *parser); });
-            for (const auto& [name, text] : table.m_items.read()) {
-                EXPECT_TRUE(name == std::string(40, name.at(0)) && text == "text") << name;
+    const auto document = [](const std::string& keys) {
+        std::string text = "<maps>";
+        for (const char key : keys) text += "<item name='" + std::string(40, key) + "'/><arg name='text &amp; text'/>";
+        return text + "</maps>";
+    };
+    const std::string before = "zyx";
+    for (const std::string order : {"hcagbdfe", "hcagbdhe", "hcagbdfeqponmlkjirst", "hcagbdfeqponmlkjirsp"}) {
+        for (const int state : {0, 1, 2}) {
+            bool is_reached = true;
+            for (long call = 0; is_reached; ++call) {
+                const auto parser = documents::parsed(document(order), 1);
+                opened table;
+                if (state != 0) table.load("t", *documents::parsed(document(before), 1));
+                if (state == 2) table.begin();
+                is_reached = fails(call, true, [&] { table.load("t", *parser); });
+                std::string found;
+                table.m_items.store().for_each([&](const stored_item& item) {
+                    found += item.key().front();
+                    EXPECT_TRUE(item.key() == std::string(40, found.back())) << order;
+                    ustring8 text;
+                    item.values().copy_to(text);
+                    EXPECT_EQ(text, "text & text");
+                });
+                std::string all = state == 0 ? "" : before;
+                for (auto key = order.begin(); key != order.end() && all.find(*key) == all.npos; ++key) all += *key;
+                std::string expected = is_reached ? all.substr(0, found.size()) : all;
+                if (state == 2) std::sort(expected.begin(), expected.end());
+                EXPECT_EQ(found, expected) << order << ' ' << state << ' ' << call;
             }
-            EXPECT_TRUE(is_reached || table.m_items.read().size() == (order.rfind('h') == 0 ? 8U : 6U)) << order;
         }
     }
 }
@@ -192,6 +245,32 @@ TEST(Failures, OfMemoryAreThrownForTextsTooLargeForTheMachine)
         EXPECT_THROW(text_buffer{size}, std::bad_alloc) << size;
         EXPECT_THROW(text_buffer().grow(size), std::bad_alloc) << size;
     }
+}
+
+// A file with this many attributes and items, where each item leaves out all attributes but one.
+TEST(Failures, OfMemoryAreNotCausedByAttributesThatAreLeftOut)
+{
+    std::string names;
+    std::string items;
+    std::string args;
+    for (int i = 0; i < 8000; ++i) names += " a" + std::to_string(i) + "=''";
+    for (int i = 0; i < 5000; ++i) items += "<item name='" + std::to_string(i) + "' a" + std::to_string(i) + "='x'/>";
+    for (int i = 0; i < 5000; ++i) args += "<arg name='" + std::to_string(i) + "' a" + std::to_string(i) + "='x'/>";
+    const documents::folder folder;
+    folder.write("m", "<maps><collection_map name='m'><item name='i'" + names + "/>" + items +
+                          "</collection_map><vector_collection_map name='n'><item name='i'/><arg name='r'" + names +
+                          "/>" + args + "</vector_collection_map></maps>");
+    const std::wstring path = folder.path("m");
+    map_collection maps;
+    failing_calls calls;
+    memory = &calls;
+    const map_error_t error = maps.load(path);
+    memory = nullptr;
+    EXPECT_EQ(error.type(), map_error_t::no_error);
+    EXPECT_LT(calls.bytes, std::size_t{20} << 20) << "requested in all";
+    ustring8 value;
+    EXPECT_TRUE(maps.get_attrib("m", "4999", "a4999", value) && value == "x");
+    EXPECT_TRUE(maps.get_attrib("m", "4999", "a7999", value) && value.empty());
 }
 
 #if defined(__linux__)

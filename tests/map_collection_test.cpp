@@ -234,3 +234,20 @@ TEST(MapCollection, AnswersForTheKindOfTheMap)
     EXPECT_TRUE(collection_map_t(maps.collection_map("c")).id() == "c");
     EXPECT_TRUE(vector_collection_map_t(maps.vector_collection_map("vc")).id() == "vc");
 }
+
+TEST(MapCollection, FindsNoTableThatAHostHasRemovedFromTheRegistry)
+{
+    struct hiding : map_collection
+    {
+        using map_collection::m_maps;
+    };
+    const documents::folder folder;
+    folder.write("m", documents::four_maps("m"));
+    hiding maps;
+    ASSERT_EQ(maps.load(folder.path("m")).type(), map_error_t::no_error);
+    const ustring8 item = documents::long_name + 'a';
+    const std::string before = documents::answers(maps, "mvector_map", item);
+    maps.m_maps.erase("mmap");
+    EXPECT_EQ(documents::answers(maps, "mmap", item), "MT_UNKNOWN no ()() -- -? -(?) -(?=?) -? -(())");
+    EXPECT_EQ(documents::answers(maps, "mvector_map", item), before);
+}

@@ -1,7 +1,6 @@
 // The four kinds of table: how each reads the content of its map.
 #include <gtest/gtest.h>
 
-#include "data_mapper/item_batch.h"
 #include "data_mapper/map_collection.h"
 #include "documents.h"
 
@@ -230,19 +229,4 @@ TEST(Tables, LeaveTheElementsAfterADuplicateInTheQueue)
     collection map;
     EXPECT_EQ(load(map, *parser), "duplicate_item 1 | (name) a=(a) | item");
     EXPECT_EQ(parser->node_queue_front().depth, 2U);
-}
-
-TEST(Tables, SortABatchByWholeKeys)
-{
-    item_batch batch;
-    std::vector<ustring8> keys(900);
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        keys[i] = std::string(i % 40, i % 3 == 0 ? '\xC3' : 'z') + std::to_string(i * 7919 % 251);
-        batch.add({keys[i], true}, 0, 0);
-    }
-    batch.sort();
-    const auto is_before = [&](auto& a, auto& b) {
-        return std::tie(keys[a.item], a.item) < std::tie(keys[b.item], b.item);
-    };
-    EXPECT_TRUE(std::is_sorted(batch.sorted.begin(), batch.sorted.end(), is_before));
 }

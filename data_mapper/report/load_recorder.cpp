@@ -57,6 +57,7 @@ void load_recorder::swap(map_collection& a, map_collection& b) noexcept
     a.m_collection_maps.swap(b.m_collection_maps);
     a.m_vector_maps.swap(b.m_vector_maps);
     a.m_vector_collection_maps.swap(b.m_vector_collection_maps);
+    std::swap(a.m_is_torn, b.m_is_torn);
 }
 
 bool load_recorder::on_open(const std::wstring& path, std::size_t include)

@@ -20,7 +20,8 @@ void map_content::check_item(file_findings& findings, const xml_element& item, s
     if (!check_form(findings, item, form)) return;
     m_item = item.attributes.front().value.raw;
     if (!check_not_empty(findings, item, rule::empty_name)) return;
-    m_items.add(item.attributes.front().value, position, 0);
+    const auto& name = item.attributes.front().value;
+    m_items.push_back({name.is_plain ? name.raw : m_normalized.emplace_front(name.normalized()), position});
     if (is_row) check_row(findings, item);
 }
 
@@ -126,24 +127,26 @@ void map_content::add_unknown(file_findings& findings, std::string_view attribut
 
 void map_content::check_names(file_findings& findings, const xml_document& document)
 {
-    m_items.sort();
+    const auto is_before = [](const named_item& a, const named_item& b) { return a.name < b.name; };
+    if (!std::is_sorted(m_items.begin(), m_items.end(), is_before)) {
+        std::stable_sort(m_items.begin(), m_items.end(), is_before);
+    }
     xml_element element;
-    const auto value_of = [&](const gathered_item& item) {
+    const auto value_of = [&](const named_item& item) {
         document.index.read(item.position, element);
         return element.attributes.front().value.raw;
     };
-    const gathered_item* first = nullptr;
+    const named_item* first = nullptr;
     std::string_view first_name;  // in the text; read once, because the item may have many attributes
-    for (const item_batch::sorted_item& each : m_items.sorted) {
-        const gathered_item& item = m_items.items[each.item];
-        if (first == nullptr || first->key != item.key) {
+    for (const named_item& item : m_items) {
+        if (first == nullptr || first->name != item.name) {
             first = &item;
             first_name = {};
             continue;
         }
         findings.add(rule::duplicate_item, value_of(item), [&] {
             if (first_name.data() == nullptr) first_name = value_of(*first);
-            return finding_text{"item " + in_quotes(item.key) + " is declared twice in map " + in_quotes(m_name),
+            return finding_text{"item " + in_quotes(item.name) + " is declared twice in map " + in_quotes(m_name),
                                 {},
                                 {findings.related("first declared here", first_name)}};
         });

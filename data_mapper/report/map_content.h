@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <forward_list>
 #include <set>
 #include <string_view>
 #include <vector>
 
-#include "data_mapper/item_batch.h"
 #include "data_mapper/map_kind.h"
 #include "data_mapper/report/element_checks.h"
 
@@ -29,6 +29,12 @@ public:
     void check_names(file_findings& findings, const xml_document& document);
 
 private:
+    struct named_item
+    {
+        std::string_view name;
+        std::size_t position;  // in the document's index
+    };
+
     void note_schema(const xml_element& row);
     void check_row(file_findings& findings, const xml_element& row);
     void add_unknown(file_findings& findings, std::string_view attribute);
@@ -39,8 +45,9 @@ private:
 
     const map_kind& m_kind;
     ustring8 m_name;
-    item_batch m_items;       // for their names
-    std::string_view m_item;  // the name of the last item, as written
+    std::vector<named_item> m_items;
+    std::forward_list<ustring8> m_normalized;  // names of items whose raw values are not plain
+    std::string_view m_item;                   // the name of the last item, as written
     bool m_has_item = false;
     std::size_t m_args = 0;                       // of the last item
     bool m_is_misplaced_arg_known = false;        // whether there is a finding of it already
