@@ -111,7 +111,8 @@ std::uint64_t item_index::hash_of(std::string_view key)
     } else if (!key.empty()) {
         add(word_at(at, 1) | word_at(at + key.size() / 2, 1) << 8 | word_at(end - 1, 1) << 16);
     }
-    return hash * factor;
+    hash *= factor;
+    return hash ^ hash >> 32;  // the low bits, which choose the slot, depend on all bytes
 }
 
 item_index::pointer item_index::make(std::string_view records, std::size_t items)
