@@ -129,6 +129,7 @@ void register_all()
     }
     register_lookups();
     register_copies();
+    register_tables();
     static constexpr std::pair<const char*, std::size_t> dimensions[] = {
         {"items", 5000},   {"maps", 2000},     {"includes", 250}, {"attributes", 2500}, {"nesting", 50000},
         {"name", 1 << 12}, {"value", 1 << 12}, {"text", 1 << 12}, {"comment", 1 << 12}};
