@@ -125,7 +125,7 @@ void register_all()
         register_check(in);
     }
     for (const cell& in : load_cells()) {
-        if (in.is_shuffled) register_parses(in);
+        if (in.is_shuffled || in.is_dotted) register_parses(in);
     }
     register_lookups();
     register_copies();
