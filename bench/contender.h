@@ -55,5 +55,6 @@ std::function<bool(host_tables&)> floor_of(const std::string& path);
 // The rows that are in a source of their own.
 void register_lookups();
 void register_copies();
+void register_tables();
 
 }  // namespace bench

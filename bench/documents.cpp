@@ -37,6 +37,14 @@ const char* word(dice& roll)
     return roll(20) == 0 ? foreign[roll(foreign.size())] : ascii[roll(ascii.size())];
 }
 
+// One to three words.
+std::string short_value(dice& roll)
+{
+    std::string text = word(roll);
+    for (std::size_t more = roll(3); more > 0; --more) text.append(" ").append(roll(8) == 0 ? "&amp;" : word(roll));
+    return text;
+}
+
 // 2 to 60 bytes; short ones are more frequent.
 std::string value(dice& roll)
 {
@@ -55,12 +63,29 @@ std::string attribute(const std::string& name, const std::string& text)
     return " " + name + "=\"" + text + "\"";
 }
 
+// 10 to 25 bytes.
+std::string dotted_name(std::size_t number)
+{
+    static constexpr const char* beginnings[] = {"menu.", "dialog.", "error.", "toolbar."};
+    static constexpr const char* ends[] = {".title", ".text", ".tip", ".label"};
+    return beginnings[number % 4] + number_at(number) + ends[number / 4 % 4];
+}
+
+// How items are named, and what their values are.
+struct writing
+{
+    std::string (*name)(std::size_t number);
+    std::string (*value)(dice& roll);
+};
+constexpr writing plain = {item_name, value};
+constexpr writing dotted = {dotted_name, short_value};
+
 // The attributes after the first. Each is sometimes left out, except in the element that names them for its map.
-std::string attributes(std::initializer_list<const char*> names, dice& roll, bool& is_first)
+std::string attributes(const writing& by, std::initializer_list<const char*> names, dice& roll, bool& is_first)
 {
     std::string text;
     for (const char* name : names) {
-        const std::string each = attribute(name, value(roll));
+        const std::string each = attribute(name, by.value(roll));
         if (roll(16) != 0 || is_first) text += each;
     }
     is_first = false;
@@ -68,31 +93,32 @@ std::string attributes(std::initializer_list<const char*> names, dice& roll, boo
 }
 
 // An item with its args. The same number always makes the same item, unless it names the map's attributes.
-std::string entry(map_type type, std::size_t number, bool& is_first)
+std::string entry(const writing& by, map_type type, std::size_t number, bool& is_first)
 {
     dice roll(number * std::size(map_tags) + static_cast<std::size_t>(type));
-    std::string text = "    <item" + attribute("name", item_name(number));
-    if (type == data_mapper4::MT_COLLECTION) text += attributes({"number", "unit", "text", "symbol"}, roll, is_first);
+    std::string text = "    <item" + attribute("name", by.name(number));
+    if (type == data_mapper4::MT_COLLECTION)
+        text += attributes(by, {"number", "unit", "text", "symbol"}, roll, is_first);
     text += "/>\n";
     if (type == data_mapper4::MT_COLLECTION) return text;
     std::size_t args = roll(50) == 0 ? 0 : 1;
     if (type == data_mapper4::MT_VECTOR) args = roll(6);
     if (type == data_mapper4::MT_VECTOR_COLLECTION) args = roll(5);
     for (; args > 0; --args) {
-        text += "    <arg" + attribute("name", value(roll));
-        if (type == data_mapper4::MT_VECTOR_COLLECTION) text += attributes({"text", "time"}, roll, is_first);
+        text += "    <arg" + attribute("name", by.value(roll));
+        if (type == data_mapper4::MT_VECTOR_COLLECTION) text += attributes(by, {"text", "time"}, roll, is_first);
         text += "/>\n";
     }
     return text;
 }
 
-std::string map_text(map_type type, const std::string& name, const std::vector<std::size_t>& numbers)
+std::string map_text(const writing& by, map_type type, const std::string& name, const std::vector<std::size_t>& numbers)
 {
     std::string text = std::string("  <") + map_tags[type] + attribute("name", name) + ">\n";
     bool is_first = true;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         if (i % 100 == 50) text += "    <!-- checked against the list of last year -->\n";
-        text += entry(type, numbers[i], is_first);
+        text += entry(by, type, numbers[i], is_first);
     }
     return text + "  </" + map_tags[type] + ">\n";
 }
@@ -103,32 +129,32 @@ shape document(const std::string& maps)
 }
 
 // As many numbers as there are entries that fit into the size.
-std::vector<std::size_t> numbers_of_size(map_type type, std::size_t size)
+std::vector<std::size_t> numbers_of_size(const writing& by, map_type type, std::size_t size)
 {
     std::vector<std::size_t> numbers;
     bool is_first = false;
-    for (std::size_t used = 0; used < size; used += entry(type, numbers.back(), is_first).size()) {
+    for (std::size_t used = 0; used < size; used += entry(by, type, numbers.back(), is_first).size()) {
         numbers.push_back(numbers.size());
     }
     return numbers;
 }
 
-void put_in_order(std::vector<std::size_t>& numbers, bool is_shuffled)
+void put_in_order(const writing& by, std::vector<std::size_t>& numbers, bool is_shuffled)
 {
     if (is_shuffled) return std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
     std::vector<std::string> names;
-    for (const std::size_t number : numbers) names.push_back(item_name(number));
+    for (const std::size_t number : numbers) names.push_back(by.name(number));
     std::sort(numbers.begin(), numbers.end(), [&](std::size_t a, std::size_t b) { return names[a] < names[b]; });
 }
 
-shape mixed_document(std::size_t size, bool is_shuffled)
+shape mixed_document(const writing& by, std::size_t size, bool is_shuffled)
 {
     std::string maps;
     for (std::size_t i = 0; i < std::size(map_tags); ++i) {
         const auto type = static_cast<map_type>(i);
-        auto numbers = numbers_of_size(type, size / std::size(map_tags));
-        put_in_order(numbers, is_shuffled);
-        maps += map_text(type, std::string(map_tags[i]) + "_of_names", numbers);
+        auto numbers = numbers_of_size(by, type, size / std::size(map_tags));
+        put_in_order(by, numbers, is_shuffled);
+        maps += map_text(by, type, std::string(map_tags[i]) + "_of_names", numbers);
     }
     return document(maps);
 }
@@ -138,7 +164,8 @@ shape mixed_document(std::size_t size, bool is_shuffled)
 std::string cell::path() const
 {
     if (kibibytes == 0) return example_document("world/world.xml");
-    return written_once(name + ".xml", [this] { return mixed_document(kibibytes << 10, is_shuffled); });
+    return written_once(name + ".xml",
+                        [this] { return mixed_document(is_dotted ? dotted : plain, kibibytes << 10, is_shuffled); });
 }
 
 std::size_t cell::size() const
@@ -154,13 +181,10 @@ std::size_t cell::size() const
 const std::vector<cell>& load_cells()
 {
     static const std::vector<cell> cells = {
-        {"64KiB/sorted", 64, false},
-        {"64KiB/shuffled", 64, true},
-        {"1MiB/sorted", 1024, false},
-        {"1MiB/shuffled", 1024, true},
-        {"32MiB/sorted", 32768, false},
-        {"32MiB/shuffled", 32768, true},
-        {"world"},
+        {"64KiB/sorted", 64, false},        {"64KiB/shuffled", 64, true},
+        {"1MiB/sorted", 1024, false},       {"1MiB/shuffled", 1024, true},
+        {"1MiB/dotted", 1024, false, true}, {"32MiB/sorted", 32768, false},
+        {"32MiB/shuffled", 32768, true},    {"world"},
     };
     return cells;
 }
@@ -188,8 +212,8 @@ std::string table_document(map_type type, std::size_t items)
     return written_once(std::string(map_tags[type]) + "_" + std::to_string(items) + ".xml", [=] {
         std::vector<std::size_t> numbers(items);
         std::iota(numbers.begin(), numbers.end(), std::size_t{0});
-        put_in_order(numbers, true);
-        return document(map_text(type, "table", numbers));
+        put_in_order(plain, numbers, true);
+        return document(map_text(plain, type, "table", numbers));
     });
 }
 

@@ -119,6 +119,23 @@ void prefixes_of_all()
     }
 }
 
+// The first element names many attributes, which the other ones leave out.
+void schema()
+{
+    const bench::part names = {" a", 8000, "=''"};
+    const bench::part items = {"/><item name='", 5000, "'"};
+    const bench::part args = {"/><arg name='", 5000, "'"};
+    write("a", {{"<maps><collection_map name='c'><item name='i'"},
+                names,
+                items,
+                {"/></collection_map>"},
+                {"<vector_collection_map name='v'><item name='i'/><arg name='r'"},
+                names,
+                args,
+                {"/></vector_collection_map></maps>"}});
+    load(L"a", 2);
+}
+
 const std::map<std::string, void (*)()> rows = {
     {"prefixes", prefixes_of_all},
     {"cycles", cycles},
@@ -128,6 +145,7 @@ const std::map<std::string, void (*)()> rows = {
     {"value", value},
     {"maps", [] { write("a", shape_of("maps", many)), load(L"a", many); }},
     {"chain", chain},
+    {"schema", schema},
 };
 
 }  // namespace

@@ -125,10 +125,11 @@ void register_all()
         register_check(in);
     }
     for (const cell& in : load_cells()) {
-        if (in.is_shuffled) register_parses(in);
+        if (in.is_shuffled || in.is_dotted) register_parses(in);
     }
     register_lookups();
     register_copies();
+    register_tables();
     static constexpr std::pair<const char*, std::size_t> dimensions[] = {
         {"items", 5000},   {"maps", 2000},     {"includes", 250}, {"attributes", 2500}, {"nesting", 50000},
         {"name", 1 << 12}, {"value", 1 << 12}, {"text", 1 << 12}, {"comment", 1 << 12}};

@@ -77,6 +77,11 @@ struct item_index::ordered_index
     std::set<std::size_t, by_key> items{by_key{this}};
 
     explicit ordered_index(const char* where) : records(where) {}
+    std::size_t find(std::string_view key) const
+    {
+        const auto found = items.find(key);
+        return found == items.end() ? nowhere : *found;
+    }
     ordered_index(const ordered_index&) = delete;
     ordered_index& operator=(const ordered_index&) = delete;
 };
@@ -111,7 +116,8 @@ std::uint64_t item_index::hash_of(std::string_view key)
     } else if (!key.empty()) {
         add(word_at(at, 1) | word_at(at + key.size() / 2, 1) << 8 | word_at(end - 1, 1) << 16);
     }
-    return hash * factor;
+    hash *= factor;
+    return hash ^ hash >> 32;  // the low bits, which choose the slot, depend on all bytes
 }
 
 item_index::pointer item_index::make(std::string_view records, std::size_t items)
@@ -144,15 +150,13 @@ item_index::place item_index::probe(std::uint64_t hash, test is_key) const
 
 std::size_t item_index::find(std::string_view key, const char* records) const
 {
-    return place_of(key, records).record;
+    if (m_ordered != nullptr) return m_ordered->find(key);
+    return probe(hash_of(key), [&](std::size_t record) { return key_at(records, record) == key; }).record;
 }
 
 item_index::place item_index::place_of(std::string_view key, const char* records) const
 {
-    if (m_ordered != nullptr) {
-        const auto found = m_ordered->items.find(key);
-        return {found == m_ordered->items.end() ? nowhere : *found, 0, nowhere, 0};
-    }
+    if (m_ordered != nullptr) return {m_ordered->find(key), 0, nowhere, 0};
     return probe(hash_of(key), [&](std::size_t record) { return key_at(records, record) == key; });
 }
 

@@ -46,6 +46,7 @@ public:
     item_index& operator=(const item_index&) = delete;
 
     bool has_room_for(std::size_t items) const;
+    bool is_ordered() const { return m_ordered != nullptr; }
 
     // Returns where the item's record begins, or nowhere.
     std::size_t find(std::string_view key, const char* records) const;

@@ -52,14 +52,6 @@ void item_block::destroy(item_block* block) noexcept
     ::operator delete(block);
 }
 
-void item_values::copy_to(ustring8& text, std::size_t number) const
-{
-    item_values left = *this;
-    std::string_view value;
-    while (left.take(value) && number-- != 0) value = {};
-    text.assign(value);
-}
-
 void item_values::copy_to(std::vector<ustring8>& texts) const
 {
     item_values(*this).take_row(texts);

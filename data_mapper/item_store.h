@@ -95,7 +95,13 @@ public:
     bool operator==(const item_values& other) const { return m_at == other.m_at && m_empty == other.m_empty; }
 
     // Copy the values: the one of that number, counted from 0 and empty if there is none; those of a row; all rows.
-    void copy_to(ustring8& text, std::size_t number = 0) const;
+    void copy_to(ustring8& text, std::size_t number = 0) const
+    {
+        item_values left = *this;
+        std::string_view value;
+        while (left.take(value) && number-- != 0) value = {};
+        text.assign(value);
+    }
     void copy_to(std::vector<ustring8>& texts) const;
     void copy_to(std::vector<std::vector<ustring8>>& rows) const;
 

@@ -1,6 +1,6 @@
 // map_view: reads a loaded map in place. Nothing is copied or allocated, nothing throws.
 //
-//     if (const data_mapper4::map_view units = maps.view("units")) {
+//     if (const auto units = maps.view("units")) {
 //         std::cout << units.text("km").value_or("?") << '\n';
 //         for (const auto& [name, item] : units) std::cout << name << ": " << item.text() << '\n';
 //     }

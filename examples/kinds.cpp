@@ -33,6 +33,11 @@ int main()
     maps.get_args_vector("trains", "Basel", trains);  // true, two sets, each with "name", "time" and "track"
     std::cout << trains[0]["name"] << ' ' << trains[0]["time"] << '\n';
 
+    if (const auto units = maps.view("units")) {
+        std::cout << units.text("km").value_or("?") << '\n';
+        for (const auto& [name, item] : units) std::cout << name << ": " << item.text() << '\n';
+    }
+
     data_mapper4::map_collection others;
     auto result = others.load(data_mapper4::load_path("examples/master.xml"));
     if (result.type() != data_mapper4::map_error_t::no_error) {

@@ -32,7 +32,8 @@
 // file of maps the index takes about half the document's size; for `<a/>` repeated, twice; with tiny texts between tiny
 // elements, at most four times. While parse runs, each open element takes 8 bytes more (24 in a document with text
 // after a child element, and each run of such text 8), and the index and these lists take up to twice their size,
-// because they double as they grow. A document of 1 TiB or more is a std::length_error.
+// because they double as they grow; the index keeps that. A document in UTF-16 keeps a buffer of one and a half times its
+// size in the file. A document of 1 TiB or more is a std::length_error.
 //
 // Threads: a parser belongs to one thread at a time.
 //

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <random>
 
 #include "data_mapper/item_writer.h"
@@ -124,4 +125,36 @@ TEST(ItemStore, IsNotSlowedDownByKeysThatCollide)
         EXPECT_EQ(copy.sorted().size(), many);
         EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20)) << group;
     }
+}
+
+// Or else lookups among a million items would be several times slower.
+TEST(ItemStore, FindsItemsByTheirHashUnlessSomebodyChoseTheKeys)
+{
+    const auto padded = [](std::size_t i, std::size_t width) {
+        const std::string digits = std::to_string(i);
+        return std::string(width - std::min(width, digits.size()), '0') + digits;
+    };
+    const std::function<ustring8(std::size_t)> patterns[] = {
+        [](std::size_t i) { return std::to_string(i); },
+        [](std::size_t i) { return "the item " + std::to_string(i); },
+        [](std::size_t i) { return std::to_string(i) + " is the item's number"; },
+        [&](std::size_t i) { return padded(i, 8); },
+        [&](std::size_t i) { return padded(i, 16); },
+        [&](std::size_t i) { return "k" + padded(i * 64, 12); },
+        [](std::size_t i) { return "menu.file." + std::to_string(i % 300) + ".label" + std::to_string(i / 300); },
+        [](std::size_t i) { return std::string(i % 500, 'a') + std::to_string(i / 500); },
+        [](std::size_t i) { return std::string(1, static_cast<char>(i)) + static_cast<char>(i >> 8) + "x"; },
+    };
+    for (const auto& pattern : patterns) {
+        item_store store;
+        item_writer writer(store);
+        for (std::size_t i = 0; i < 60000; ++i) ASSERT_TRUE(writer.begin(pattern(i)) && writer.end());
+        for (const std::size_t room : {60000U, 90000U, 180000U, 700000U}) {
+            EXPECT_FALSE(item_index::make(store.records(), room)->is_ordered()) << pattern(12345) << ' ' << room;
+        }
+    }
+    item_store store;
+    item_writer writer(store);
+    for (const ustring8& key : colliding_keys(1000, 16)) ASSERT_TRUE(writer.begin(key) && writer.end());
+    EXPECT_TRUE(item_index::make(store.records(), 1000)->is_ordered());
 }
