@@ -21,6 +21,7 @@ constexpr std::uint64_t place_mask = (std::uint64_t{1} << place_bits) - 1;
 constexpr std::size_t most_probes = 512;
 constexpr std::size_t most_on_average = 8;
 constexpr std::size_t always_allowed = 1024;
+constexpr std::size_t slots_for_alike = 64;
 
 std::size_t slots_for(std::size_t items)
 {
@@ -135,15 +136,19 @@ bool item_index::has_room_for(std::size_t items) const
     return m_ordered != nullptr || items <= (m_mask + 1) / 3 * 2;
 }
 
-// Returns the slot of the key, or a free one for it. The search ends where no key can be.
+// Returns the slot of the key, or a free one for it. The search ends where no key can be. Another key with the same bits of
+// the hash counts as many slots, because the whole keys must be compared, and is rare unless somebody chose it.
 template <class test>
 item_index::place item_index::probe(std::uint64_t hash, test is_key) const
 {
+    std::size_t alike = 0;
     for (std::size_t i = 0; i != most_probes; ++i) {
         const std::size_t at = static_cast<std::size_t>(hash + i) & m_mask;
         const std::uint64_t slot = slots()[at];
-        if (slot == 0) return {nowhere, hash, at, i};
-        if ((slot ^ hash) >> place_bits == 0 && is_key(record_in(slot))) return {record_in(slot), hash, at, i};
+        if (slot == 0) return {nowhere, hash, at, i + alike};
+        if ((slot ^ hash) >> place_bits != 0) continue;
+        if (is_key(record_in(slot))) return {record_in(slot), hash, at, i};
+        alike += slots_for_alike;
     }
     return {nowhere, hash, nowhere, most_probes};
 }
@@ -163,7 +168,8 @@ item_index::place item_index::place_of(std::string_view key, const char* records
 bool item_index::is_too_far(const place& where) const
 {
     const std::size_t allowed = always_allowed + m_items * most_on_average;
-    return m_ordered == nullptr && (where.slot == nowhere || m_distance + where.distance > allowed);
+    const bool is_far = where.distance >= most_probes || m_distance + where.distance > allowed;
+    return m_ordered == nullptr && (where.slot == nowhere || is_far);
 }
 
 bool item_index::add(const place& where, std::size_t record)

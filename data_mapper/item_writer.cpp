@@ -93,10 +93,12 @@ bool item_writer::end()
     return true;
 }
 
+// Only if there is clearly more than growing leaves over: small loads into a large table must not copy it each time.
 void item_writer::trim()
 {
     const item_block* const block = m_store.m_block;
-    if (block != nullptr && block->has_one_holder() && block->capacity / 3 > block->used / 2) resize(block->used);
+    if (block == nullptr || !block->has_one_holder()) return;
+    if (block->capacity / 2 > block->used + least_growth) resize(block->used);
 }
 
 // Returns the block, for changes: if others share it, it is copied first, with room for more bytes.

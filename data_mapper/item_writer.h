@@ -32,7 +32,7 @@ public:
     // Ends the item, which is now in the store. Returns false if that has an item with the key after all.
     bool end();
 
-    // Gives memory back if more than a third of it turned out not to be needed.
+    // Gives memory back if more than half of it turned out not to be needed.
     void trim();
 
 private:

@@ -64,7 +64,7 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
     }
 
     // Returns the table if it is loaded with this kind, whose store is given; otherwise nullptr. The name is searched once,
-    // because in any state that a load leaves the store has just the registered names of its kind.
+    // because a load leaves just the registered names of its kind in a store. (Hosts must not change the registry.)
     template <class table>
     static const table* find(const map_collection& maps, map_type kind, const std::map<ustring8, table>& store,
                              const ustring8& map_name)

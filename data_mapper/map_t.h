@@ -29,11 +29,11 @@
 // searches in logarithmic time instead; what is linear in the items below is then n log n. An attribute that is left out
 // takes no memory.
 //
-// Bad input is a result, never an exception. Running out of memory is std::bad_alloc or std::length_error. A load
-// throws it at once: the table then holds what it held before and the first of the map's items, each of them whole; none
-// of them if it had a std::map. An assignment goes member by member, in the order of declaration: the members before the one that
-// failed are then the other table's and those after it are unchanged; the one that failed is unchanged, except that a
-// schema may be a mixture of the two.
+// Bad input is a result, never an exception. Running out of memory is std::bad_alloc or std::length_error. A load throws it
+// at once: the table then holds what it held before and the first of the map's items, perhaps none, each of them whole. An
+// assignment goes member by member, in the order of declaration: the members before the one that failed are then the other
+// table's and those after it are unchanged; the one that failed is unchanged, except that a schema may be a mixture of the
+// two.
 #pragma once
 
 #include <map>

@@ -1,12 +1,14 @@
-// map_view: reads a loaded map in place. Nothing is copied or allocated, nothing throws.
+// map_view: reads a loaded map in place. Nothing is copied or allocated, nothing throws. (Only view() itself takes a
+// ustring8: a long literal as the map's name is converted first.)
 //
 //     if (const auto units = maps.view("units")) {
 //         std::cout << units.text("km").value_or("?") << '\n';
 //         for (const auto& [name, item] : units) std::cout << name << ": " << item.text() << '\n';
 //     }
 //
-// Everything that a view returns is a view too: valid until the collection is loaded into, assigned to or destroyed. Any
-// number of threads may use views of one collection at once.
+// Everything that a view returns is a view too: valid until the collection is loaded into, assigned to or destroyed, and
+// until a host that derives from a table asks it for iterators. Any number of threads may use views of one collection at
+// once.
 //
 // Items, texts, rows and attributes come in the order of the document. A map with attributes has a list of their names,
 // keys(); each item or row has a value for every one of them, which is empty if it was left out. A view answers for its
@@ -90,31 +92,36 @@ public:
     DATA_MAPPER4_API std::optional<item_view> find(std::string_view item) const noexcept;
     bool contains(std::string_view item) const { return find(item).has_value(); }
 
-    // What an item of this kind of map holds; none if there is no such item. An attribute must be in keys() as well.
-    std::optional<std::string_view> text(std::string_view item) const { return get(MT_SIMPLE, item, &item_view::text); }
-    std::optional<text_list> texts(std::string_view item) const { return get(MT_VECTOR, item, &item_view::texts); }
-    std::optional<attribute_list> attributes(std::string_view item) const
+    // The text of a simple map's item, or the value of an attribute of a collection map's item; none if there is no such item,
+    // or no such name in keys(). The latter takes time linear in keys().
+    std::optional<std::string_view> text(std::string_view item) const
     {
-        return get(MT_COLLECTION, item, &item_view::attributes);
+        const std::optional<item_view> found = m_kind == MT_SIMPLE ? find(item) : std::nullopt;
+        return found ? std::optional<std::string_view>(found->text()) : std::nullopt;
     }
     std::optional<std::string_view> attribute(std::string_view item, std::string_view name) const
     {
-        const std::optional<attribute_list> found = attributes(item);
-        return found ? found->value(name) : std::nullopt;
+        return attributes(item).value(name);
     }
-    std::optional<row_list> rows(std::string_view item) const
+
+    // The texts, attributes or rows of an item; empty if there is no such item.
+    text_list texts(std::string_view item) const
     {
-        return get(MT_VECTOR_COLLECTION, item, &item_view::rows);
+        const std::optional<item_view> found = find(item);
+        return found ? found->texts() : text_list();
+    }
+    attribute_list attributes(std::string_view item) const
+    {
+        const std::optional<item_view> found = find(item);
+        return found ? found->attributes() : attribute_list();
+    }
+    row_list rows(std::string_view item) const
+    {
+        const std::optional<item_view> found = find(item);
+        return found ? found->rows() : row_list();
     }
 
 private:
-    template <class answer>
-    std::optional<answer> get(map_type kind, std::string_view item, answer (item_view::*read)() const) const
-    {
-        const std::optional<item_view> found = m_kind == kind ? find(item) : std::nullopt;
-        return found ? std::optional<answer>(((*found).*read)()) : std::nullopt;
-    }
-
     DATA_MAPPER4_API std::string_view records() const noexcept;
 
     const item_store* m_items = nullptr;

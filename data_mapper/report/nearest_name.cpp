@@ -24,12 +24,11 @@ std::size_t distance(std::string_view a, std::string_view b, std::size_t most)
 {
     using row = std::array<std::size_t, longest_compared + 1>;
     const std::size_t reach = most / whole_edit;  // how far a letter may move
-    row before_last = {};
     row last = {};
     row current = {};
     for (std::size_t j = 0; j <= b.size(); ++j) current[j] = j * whole_edit;
     for (std::size_t i = 1; i <= a.size(); ++i) {
-        before_last = last;
+        const row before_last = last;
         last = current;
         current.fill(most);
         if (i <= reach) current[0] = i * whole_edit;
