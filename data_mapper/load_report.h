@@ -65,8 +65,8 @@ struct check_options
     // Whether to list folders, to suggest a name for a missing file, and to compare the letter case of names.
     bool suggest_files = false;
 
-    // The most values that the maps may have together: one for each item and arg, or instead, in maps with attributes, one
-    // for each of their attribute names, present or not. A small file can have very many of those.
+    // The most values that lookups of all items may return together: one for each item and arg, or instead, in maps with
+    // attributes, one for each of their attribute names, present or not. A small file can have very many of those.
     std::uint64_t max_values = 100000000;
 };
 

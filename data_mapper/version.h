@@ -5,13 +5,13 @@
 
 #include "platform/ustring.h"
 
-// The version of the headers, major * 10000 + minor * 100 + patch: 901 is 0.9.1. This is the only place where it is set;
+// The version of the headers, major * 10000 + minor * 100 + patch: 1000 is 0.10.0. This is the only place where it is set;
 // the build and the packages read it here.
-#define DATA_MAPPER4_VERSION 901
+#define DATA_MAPPER4_VERSION 1000
 
 namespace data_mapper4 {
 
-// Returns the version of the library that is running, such as "0.9.1". If a host may run with another version than the
+// Returns the version of the library that is running, such as "0.10.0". If a host may run with another version than the
 // one it was built with, it can log both. Safe to call from any thread.
 DATA_MAPPER4_API std::string version();
 
