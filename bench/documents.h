@@ -23,7 +23,7 @@ struct cell
     std::string name;
     std::size_t kibibytes = 0;  // 0 for the example maps
     bool is_shuffled = false;   // whether the items are in no order
-    bool is_dotted = false;     // keys such as "dialog.save.title", values of one to three words, more references
+    bool is_dotted = false;     // keys such as "dialog.42.title", values of one to three words, more references
 };
 
 const std::vector<cell>& load_cells();

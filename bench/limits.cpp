@@ -119,7 +119,7 @@ void prefixes_of_all()
     }
 }
 
-// The first element names many attributes, which the other ones leave out.
+// The first element has many attributes, which the others leave out.
 void schema()
 {
     const bench::part names = {" a", 8000, "=''"};

@@ -15,7 +15,7 @@ namespace {
 
 const std::string map_name = "table";
 
-// A simple map, the same as hash maps of views, and names to look up, in no order.
+// A simple map, hash maps of views with the same items, and names to look up, in random order.
 struct views
 {
     explicit views(std::size_t items)
@@ -95,7 +95,7 @@ void register_threads()
     }
 }
 
-// Times only the destruction, of what was just loaded.
+// Times only the destruction of what was just loaded.
 template <class tables, class load_function>
 void measure_destruction(benchmark::State& state, load_function load_into)
 {
@@ -110,7 +110,7 @@ void measure_destruction(benchmark::State& state, load_function load_into)
 
 void register_destruction(const cell& in)
 {
-    constexpr int few = 5;  // or else the loads in between take hours
+    constexpr int few = 5;  // otherwise the loads in between would take hours
     const std::string rows = "destroy/" + in.name + "/";
     benchmark::RegisterBenchmark((rows + library_name).c_str(),
                                  [in](auto& state) {

@@ -18,8 +18,8 @@ map_error_t result(map_error_t::result_type type)
 
 }  // namespace
 
-// Every element of a second load into one table appends its names, so that the schema is not sorted again once two of
-// its names are equal.
+// In a second load into one table, every element appends its names. Once two names are equal, the schema is therefore
+// not sorted again.
 map_error_t attrib_schema::read_names(const xml_element& element)
 {
     for (const auto& attribute : element.attributes) m_names.emplace_back(attribute.name);

@@ -18,7 +18,7 @@ namespace data_mapper4 {
 using NUVEK_2_18::parser::xml_element;
 using NUVEK_2_18::parser::xml_value;
 
-// The schema of a map while that is loaded. The cost of an element does not depend on the size of the schema.
+// The schema of a map while the map is loaded. The cost of a row grows only with the logarithm of the schema's size.
 class attrib_schema
 {
 public:
@@ -57,7 +57,7 @@ private:
 // Adds the value to the item.
 void write_value(const xml_value& value, item_writer& to);
 
-// Takes a row and adds its values to `attribs` by name, except for names that it already has. Values are empty if the row
+// Takes a row and adds its values to `attribs` by name, except under names already there. Values are empty if the row
 // is too short because it was stored before the schema grew.
 void fill_attribs(const std::vector<ustring8>& names, item_values& row, std::map<ustring8, ustring8>& attribs);
 

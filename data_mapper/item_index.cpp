@@ -12,12 +12,13 @@ namespace data_mapper4 {
 
 namespace {
 
-// A slot is 0, or a place in the records, plus one, below the highest bits of the key's hash.
+// A slot is 0 if it is free. Otherwise its low bits are the record's offset plus one, and its high bits those of the
+// key's hash.
 constexpr unsigned place_bits = 40;
 constexpr std::uint64_t place_mask = (std::uint64_t{1} << place_bits) - 1;
 
-// At most two thirds of the slots are taken. With keys that nobody has chosen to collide, a slot is then about one from
-// its home on the average, and the furthest of a hundred million is not this far.
+// At most two thirds of the slots are taken. Unless somebody chose keys that collide, a key is then about one slot from
+// its home on average, and even the farthest of a hundred million is within these limits.
 constexpr std::size_t most_probes = 512;
 constexpr std::size_t most_on_average = 8;
 constexpr std::size_t always_allowed = 1024;
@@ -136,8 +137,9 @@ bool item_index::has_room_for(std::size_t items) const
     return m_ordered != nullptr || items <= (m_mask + 1) / 3 * 2;
 }
 
-// Returns the slot of the key, or a free one for it. The search ends where no key can be. Another key with the same bits of
-// the hash counts as many slots, because the whole keys must be compared, and is rare unless somebody chose it.
+// Returns the slot of the key, or a free one for it. The search ends at the distance that no key exceeds. A different
+// key whose hash has the same high bits counts as many slots, because the whole keys must be compared; such keys are
+// rare unless somebody chose them.
 template <class test>
 item_index::place item_index::probe(std::uint64_t hash, test is_key) const
 {
@@ -196,7 +198,7 @@ bool item_index::fill(std::string_view records)
     return is_sound;
 }
 
-// The slots are then of no use, but few compared to the sets' nodes.
+// The slots are unused from then on, but small compared with the nodes of the set.
 void item_index::order(std::string_view records)
 {
     std::unique_ptr<ordered_index, ordered_deleter> made(new ordered_index(records.data()));

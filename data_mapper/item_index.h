@@ -1,7 +1,7 @@
 // Internal: finds the items of a block by their keys.
 //
 // The index is a hash table with open addressing. Nobody can make it slow by choosing keys that collide: if a key would
-// be too far from its home, or the keys are too far from theirs on the average, the index becomes an ordered one. The
+// be too far from its home, or the keys are too far from theirs on average, the index becomes an ordered one. The
 // hash therefore needs no secret.
 #pragma once
 
@@ -54,7 +54,7 @@ public:
     // Returns the key's place for add(). It stays valid until another item is added.
     place place_of(std::string_view key, const char* records) const;
 
-    // Whether an item at that place would make the index slow; it must then be ordered first.
+    // Whether an item at that place would make the index slow; if so, call order() before adding it.
     bool is_too_far(const place& where) const;
     void order(std::string_view records);
 

@@ -117,7 +117,7 @@ bool item_reader::begin_item(const xml_value& name)
 }
 
 // Makes room for the next items, so that the table need not grow as it is filled. Limited to a multiple of what has been
-// read, so that it is linear in that even if the items then turn out to be faulty.
+// read, so that the room is linear in that even if the items then turn out to be faulty.
 void item_reader::look_ahead()
 {
     constexpr std::size_t least = 64;

@@ -14,7 +14,7 @@ namespace {
 
 struct sortable_item
 {
-    std::uint64_t order;  // of equal numbers, the keys are compared
+    std::uint64_t order;  // if two are equal, the keys are compared
     stored_item item;
 };
 
@@ -25,7 +25,7 @@ std::size_t shared_size(std::string_view a, std::string_view b)
         std::mismatch(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(size), b.begin()).first - a.begin());
 }
 
-// The first eight bytes of the text, so that most texts are compared by a number.
+// The first eight bytes of the text as a number, so that most comparisons need not look at the texts.
 std::uint64_t order_of(std::string_view text)
 {
     std::uint64_t order = 0;
@@ -63,7 +63,7 @@ void item_values::copy_to(std::vector<std::vector<ustring8>>& rows) const
     for (item_values left = *this; !left.empty();) left.take_row(rows.emplace_back());
 }
 
-// Uses the memory of the strings that there are.
+// Reuses the memory of the existing strings.
 void item_values::take_row(std::vector<ustring8>& texts)
 {
     std::size_t size = 0;
@@ -123,7 +123,7 @@ stored_item item_store::find(std::string_view key) const
     return {};
 }
 
-// What all keys begin with is left out of the numbers, because it is often longer than they are.
+// The prefix that all keys share is left out of the numbers, because it is often longer than eight bytes.
 std::vector<stored_item> item_store::sorted() const
 {
     std::vector<stored_item> items;

@@ -21,12 +21,12 @@ using NUVEK_2_18::strings::ustring8;
 struct item_block;
 
 // How items are written. A record is the size of the key, the key, the size of the values, and the values. Each value
-// begins with a code, or with its size plus the last code, followed by its bytes. Sizes and codes are written seven bits
-// to a byte, the lowest first; all bytes but the last have their highest bit set.
+// is a code, or its size plus text_code, followed by its bytes. Sizes and codes are written seven bits to a byte, the
+// lowest bits first; all bytes but the last have their highest bit set.
 struct item_record
 {
     static constexpr std::size_t row_end_code = 0;
-    static constexpr std::size_t empty_code = 1;  // their number follows
+    static constexpr std::size_t empty_code = 1;  // several empty values; their number follows
     static constexpr std::size_t key_code = 2;    // the value is the key
     static constexpr std::size_t text_code = 3;
 
@@ -64,8 +64,8 @@ public:
     // Whether nothing is left, not even the end of a row.
     bool empty() const { return m_at == m_end && m_empty == 0; }
 
-    // Takes the next value. Returns false, and leaves it unchanged, at the end of a row, which it takes too, and at the
-    // end of the item.
+    // Takes the next value and returns true. Returns false and leaves `value` unchanged at the end of a row, which it
+    // takes as well, and at the end of the item.
     bool take(std::string_view& value)
     {
         if (m_empty == 0) {
@@ -88,13 +88,14 @@ public:
         return true;
     }
 
-    // The values that are left when all have been taken.
+    // What is left once all values have been taken.
     item_values end() const { return {m_key, m_end, m_end}; }
 
     // Whether both are at the same place of one item.
     bool operator==(const item_values& other) const { return m_at == other.m_at && m_empty == other.m_empty; }
 
-    // Copy the values: the one of that number, counted from 0 and empty if there is none; those of a row; all rows.
+    // Copy one value, by its number counted from 0, or an empty text if there is none; the values of the next row; the
+    // values of all rows that are left.
     void copy_to(ustring8& text, std::size_t number = 0) const
     {
         item_values left = *this;

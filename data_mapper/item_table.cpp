@@ -37,7 +37,7 @@ void add_item(const item& each, item_writer& to)
     to.end();
 }
 
-// Copies the item into a map, at the end if it belongs there. Returns false if the map has its key.
+// Copies the item into a map, at the end if it belongs there. Returns false if the map already has its key.
 template <class map>
 bool append(const stored_item& item, map& to)
 {
@@ -130,7 +130,7 @@ stored_item item_table<map>::copy(const ustring8& key, item_store& one) const
     return one.find(key);
 }
 
-// The maps of the four kinds of table; two have the same.
+// The std::map types of the four kinds of table; two kinds share one.
 template class item_table<std::map<ustring8, const ustring8>>;
 template class item_table<std::map<ustring8, std::vector<ustring8>>>;
 template class item_table<std::map<ustring8, std::vector<std::vector<ustring8>>>>;

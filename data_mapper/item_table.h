@@ -40,7 +40,7 @@ public:
     // The items, for iterators.
     map& expose();
 
-    // Reads the items of a map off the parser's queue and adds them. Returns the result, which it leaves in `error`.
+    // Reads the items of a map off the parser's queue and adds them. Returns the result, and also sets `error` to it.
     map_error_t load(map_type kind, NUVEK_2_18::parser::xml_stream_parser& parser, std::vector<ustring8>& schema,
                      map_error_t& error);
 

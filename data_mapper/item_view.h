@@ -21,7 +21,7 @@ public:
     class iterator
     {
     public:
-        using iterator_category = std::input_iterator_tag;  // before C++20 others would have to return references
+        using iterator_category = std::input_iterator_tag;  // before C++20, stronger ones had to return references
         using iterator_concept = std::forward_iterator_tag;
         using value_type = decltype(std::declval<const cursor&>().read());
         using difference_type = std::ptrdiff_t;
@@ -142,7 +142,7 @@ public:
     {
     }
 
-    // Returns the value of that name; none if the map does not have the name. Linear in the names.
+    // Returns the value of that attribute; none if the map has no such attribute name. Linear in the names.
     std::optional<std::string_view> value(std::string_view name) const
     {
         for (const auto& [each, value_of_name] : *this) {

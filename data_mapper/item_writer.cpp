@@ -93,7 +93,7 @@ bool item_writer::end()
     return true;
 }
 
-// Only if there is clearly more than growing leaves over: small loads into a large table must not copy it each time.
+// Only if clearly more is unused than growth leaves: small loads into a large table must not copy it each time.
 void item_writer::trim()
 {
     const item_block* const block = m_store.m_block;
@@ -119,7 +119,7 @@ item_block& item_writer::own(std::size_t bytes)
     return *m_store.m_block;
 }
 
-// Moves the records, and what is written behind them, to a block of that capacity.
+// Moves the records, and what is written after them, to a block of that capacity.
 void item_writer::resize(std::size_t capacity)
 {
     item_block& old = *m_store.m_block;
@@ -151,7 +151,7 @@ bool item_writer::find_place(std::string_view key)
     return true;
 }
 
-// Makes room for the next bytes. Beyond an exact expectation the block grows by halves.
+// Makes room for the next bytes. A block that outgrows what was expected grows by half each time.
 void item_writer::grow(std::size_t bytes)
 {
     const std::size_t capacity = m_store.m_block->capacity;

@@ -29,7 +29,7 @@ public:
     void add_key();
     void end_row();
 
-    // Ends the item, which is now in the store. Returns false if that has an item with the key after all.
+    // Ends the item and adds it to the store. Returns false, and adds nothing, if the store has its key after all.
     bool end();
 
     // Gives memory back if more than half of it turned out not to be needed.
@@ -46,7 +46,7 @@ private:
     void put_empty();
 
     item_store& m_store;
-    std::size_t m_expected = 0;  // the number of items in the end, if it is known
+    std::size_t m_expected = 0;  // the final number of items, if it is known
     item_index::place m_place = {};
     std::size_t m_values = 0;  // where the item's values begin, after a byte for their size
     std::size_t m_at = 0;      // where the next byte goes

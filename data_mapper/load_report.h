@@ -16,9 +16,9 @@
 // A check runs load on the same bytes, so the maps and the result of each file are those of load. Each file is read from
 // disk once, however often it is included, as long as it does not change.
 //
-// Texts and paths are UTF-8; bytes of a path that are not are replaced by U+FFFD. In places, a path of more than 512 bytes
-// has its middle replaced by three dots. Lines and columns are counted from 1, columns in Unicode code points: a tab is
-// one, a BOM none.
+// Texts and paths are UTF-8; bytes of a path that are not are replaced by U+FFFD. A report shows a path of more than
+// 512 bytes with its middle replaced by three dots. Lines and columns are counted from 1, columns in Unicode code
+// points: a tab is one, a BOM none.
 //
 // Cost: at most 3 times that of load if there are no errors, 5 times for very many maps of one item; linear in the files
 // otherwise, n log n in items and maps. A file counts as often as it is included. Memory at the peak, besides the tables:
@@ -53,8 +53,8 @@ struct check_options
     // The most files, each counted as often as it is included, whether or not it exists.
     std::size_t max_files = 10000;
 
-    // The most bytes of all files together, as they are on disk, each file counted as often as it is read. Nothing is
-    // read of a file that is larger than what is left.
+    // The most bytes of all files together, as they are on disk, each file counted as often as it is read. A file
+    // that is larger than what is left is not read at all.
     std::uint64_t max_bytes = std::uint64_t{1} << 32;
 
     // If set, a folder that the master file and all that it includes must be in; an empty path is the current folder. A
@@ -65,8 +65,9 @@ struct check_options
     // Whether to list folders, to suggest a name for a missing file, and to compare the letter case of names.
     bool suggest_files = false;
 
-    // The most values that lookups of all items may return together: one for each item and arg, or instead, in maps with
-    // attributes, one for each of their attribute names, present or not. A small file can have very many of those.
+    // The most values that lookups of all items may return together: one for each item and arg; but an item of a
+    // collection map, and an arg of a vector collection map, counts once for each attribute name of the map, present or
+    // not, so that a small file can have very many values.
     std::uint64_t max_values = 100000000;
 };
 

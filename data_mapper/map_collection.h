@@ -108,7 +108,7 @@ public:
     std::map<ustring8, map_type>::iterator end();
 
     // Returns the names of the map's items, in the order of ustring8; none if the map is not loaded. Cost: a copy of
-    // them all.
+    // them all, and n log n in them if the document has them in another order.
     std::vector<ustring8> items(const ustring8& map_name);
 
     // Returns the attribute names of a collection map or vector collection map, in the order of its first item or arg;
@@ -147,9 +147,9 @@ public:
     bool get_args_vector(const ustring8& map_name, const ustring8& item_name,
                          std::vector<std::map<ustring8, ustring8>>& args_vector);
 
-    // Return the map of that name, to be read in place, and all maps: map_view.h. No map if it is not loaded; nor if a
-    // derived class has called begin() or end() of its table, whose items are then in a std::map. Cost: logarithmic in the
-    // number of maps.
+    // view returns the map of that name, to be read in place, and views all maps; map_view.h has the rules. There is no
+    // view of a map that is not loaded, or whose table's begin() or end() a derived class has called, because its items
+    // are then in a std::map. Cost: logarithmic in the number of maps.
     map_view view(const ustring8& map_name) const noexcept;
     map_list views() const noexcept;
 
@@ -179,7 +179,7 @@ private:
     struct stores;
     class file_loader;
 
-    // An assignment ran out of memory: the registry and the stores may be of different collections.
+    // An assignment ran out of memory: the registry and the stores may come from different collections.
     bool m_is_torn = false;
 
     // For load reports.

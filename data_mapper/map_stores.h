@@ -54,8 +54,8 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
         });
     }
 
-    // Whether the stores have only tables that the registry lists. Each name in the registry has its table, unless an
-    // assignment was torn, so that comparing the numbers is enough.
+    // Whether the stores have only tables that the registry lists. Unless an assignment was torn, each name in the
+    // registry has its table, so comparing the numbers is enough.
     static bool are_registered(const map_collection& maps)
     {
         const std::size_t tables = maps.m_simple_maps.size() + maps.m_collection_maps.size() +
@@ -63,8 +63,9 @@ struct DATA_MAPPER4_HIDDEN map_collection::stores
         return !maps.m_is_torn && maps.m_maps.size() == tables;
     }
 
-    // Returns the table if it is loaded with this kind, whose store is given; otherwise nullptr. The name is searched once,
-    // because a load leaves just the registered names of its kind in a store. (Hosts must not change the registry.)
+    // Returns the table if the map is loaded and of this kind, to which the store belongs; otherwise nullptr. Looks the
+    // name up only once, because after a load a store has exactly the registered names of its kind. (Hosts must not
+    // change the registry.)
     template <class table>
     static const table* find(const map_collection& maps, map_type kind, const std::map<ustring8, table>& store,
                              const ustring8& map_name)

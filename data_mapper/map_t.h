@@ -30,7 +30,7 @@
 // takes no memory.
 //
 // Bad input is a result, never an exception. Running out of memory is std::bad_alloc or std::length_error. A load throws it
-// at once: the table then holds what it held before and the first of the map's items, perhaps none, each of them whole. An
+// at once: the table then holds what it held before and the map's first items, perhaps none, each of them whole. An
 // assignment goes member by member, in the order of declaration: the members before the one that failed are then the other
 // table's and those after it are unchanged; the one that failed is unchanged, except that a schema may be a mixture of the
 // two.

@@ -1,21 +1,21 @@
-// map_view: reads a loaded map in place. Nothing is copied or allocated, nothing throws. (Only view() itself takes a
-// ustring8: a long literal as the map's name is converted first.)
+// map_view: reads a loaded map in place. Nothing is copied or allocated, and nothing throws. (The one exception is that
+// view() takes a ustring8, so a map name given as a long literal is converted first, which allocates.)
 //
 //     if (const auto units = maps.view("units")) {
 //         std::cout << units.text("km").value_or("?") << '\n';
 //         for (const auto& [name, item] : units) std::cout << name << ": " << item.text() << '\n';
 //     }
 //
-// Everything that a view returns is a view too: valid until the collection is loaded into, assigned to or destroyed, and
-// until a host that derives from a table asks it for iterators. Any number of threads may use views of one collection at
-// once.
+// Everything that a view returns is a view too: valid until the collection is loaded into, assigned to or destroyed,
+// and until a host that derives from a table asks it for iterators. Any number of threads may use views of one
+// collection at the same time.
 //
 // Items, texts, rows and attributes come in the order of the document. A map with attributes has a list of their names,
 // keys(); each item or row has a value for every one of them, which is empty if it was left out. A view answers for its
 // kind of map only: for other kinds a lookup finds nothing, and a text or list is empty.
 //
 // The ranges work with range-for, with algorithms that read a range once and, from C++20 on, with std::ranges. Their
-// elements are made when they are read, so that an iterator has no operator->.
+// elements are made when they are read, so an iterator has no operator->.
 #pragma once
 
 #include <cstddef>
@@ -92,8 +92,8 @@ public:
     DATA_MAPPER4_API std::optional<item_view> find(std::string_view item) const noexcept;
     bool contains(std::string_view item) const { return find(item).has_value(); }
 
-    // The text of a simple map's item, or the value of an attribute of a collection map's item; none if there is no such item,
-    // or no such name in keys(). The latter takes time linear in keys().
+    // The text of a simple map's item, or the value of an attribute of a collection map's item; none if there is no
+    // such item, or no such name in keys(). The latter takes time linear in keys().
     std::optional<std::string_view> text(std::string_view item) const
     {
         const std::optional<item_view> found = m_kind == MT_SIMPLE ? find(item) : std::nullopt;

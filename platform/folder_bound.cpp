@@ -40,7 +40,7 @@ bool is_below(const ustring8& path, const ustring8& folder)
     return begins_with(path, folder) && path[folder.size()] == system_file::separator;
 }
 
-// Takes the next name off a path, with the separators in front of it. Returns an empty name at the end.
+// Takes the next name off a path, with the separators before it. Returns an empty name at the end.
 std::string_view take_name(std::string_view& path)
 {
     constexpr const char* separators = system_file::separator == '/' ? "/" : "/\\";
@@ -51,7 +51,7 @@ std::string_view take_name(std::string_view& path)
     return name;
 }
 
-// Whether the names of a path lead out of a folder, whatever they name. The path begins so many folders below it.
+// Whether the names of a path lead out of a folder, whatever they name. The path begins `depth` folders below it.
 bool leads_out(std::string_view path, std::size_t depth)
 {
     for (;;) {
@@ -89,7 +89,7 @@ ustring8 final_path(HANDLE file)
 {
     std::wstring found(system_file::longest_path + 1, L'\0');
     found.resize(GetFinalPathNameByHandleW(file, found.data(), static_cast<DWORD>(found.size()), 0));
-    if (!found.empty() && found.back() == L'\\') found.pop_back();  // of a drive
+    if (!found.empty() && found.back() == L'\\') found.pop_back();  // after a drive
     return std::filesystem::path(found).u8string();
 }
 
@@ -133,15 +133,15 @@ folder_bound::folder_bound(const ustring8& folder, const ustring8& base)
         ++m_base_depth;
 }
 
-// The names after the base's; the system removes `..` before anybody can look for it.
+// Checks the names after the base as they are written, because the system removes `..` when it makes a path absolute.
 bool folder_bound::leads_out(std::string_view path) const
 {
     for (std::size_t i = 0; i < m_base_names; ++i) take_name(path);
     return parser::leads_out(path, m_base_depth);
 }
 
-// Without `..`. Asks the system itself: std::filesystem::absolute of libstdc++ takes the beginning of `\\?\` and
-// `\\server` for that of a folder.
+// Without `..`. Asks the system itself: std::filesystem::absolute of libstdc++ mistakes the beginning of `\\?\` and
+// `\\server` for a folder.
 ustring8 folder_bound::absolute(const ustring8& path) const
 {
     const std::wstring name = wide(path);
@@ -166,7 +166,7 @@ file_access folder_bound::open_file(const ustring8& path, system_file& file) con
 folder_listing folder_bound::files_in(const ustring8& folder, std::size_t most) const
 {
     ustring8 rest;
-    // With a name, because the folder may be the bound itself.
+    // A name is appended because the folder may be the bound itself.
     if (!find_rest((folder.empty() ? "." : folder) + system_file::separator + 'x', rest) || leads_out(folder))
         return {};
     rest.resize(rest.rfind(system_file::separator));
@@ -184,8 +184,9 @@ constexpr int folder_flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 constexpr int folder_flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 #endif
 
-// No natural path has more names, those in its links included; the folders on the way are open at once. A path with more
-// counts as missing, and so does one with more links or bytes than the system itself follows.
+// No ordinary path has more names, including those in its links. The limit is needed because all folders on the way are
+// open at the same time. A path with more names counts as missing, and so does one with more links or bytes than the
+// system itself follows.
 constexpr std::size_t most_names = 100;
 constexpr std::size_t most_links = 40;
 
@@ -242,7 +243,7 @@ private:
         return file_access::not_a_file;
     }
 
-    // Back to the folder it came from, even if the one that it leaves was moved elsewhere in between.
+    // Goes back to the folder it came from, even if the one that it leaves has been moved elsewhere meanwhile.
     file_access leave()
     {
         if (m_folders.empty()) return file_access::outside;
@@ -280,8 +281,8 @@ private:
     const ustring8& m_prefix;
     const ustring8& m_real;
     std::vector<descriptor> m_folders;  // those entered below the root
-    ustring8 m_path;                    // with the links in it that were followed
-    std::string_view m_rest;            // the end of that, which is left to follow
+    ustring8 m_path;                    // with the targets of the links that were followed
+    std::string_view m_rest;            // the part of that which is left to follow
     ustring8 m_name;
     std::size_t m_links = 0;
 };

@@ -2,9 +2,9 @@
 //
 // Nothing outside the folder is opened, and the system is not asked whether anything outside it exists. A path is refused
 // if its names lead out of the folder at any point, even if they lead back in, and so is a path with a link that leads
-// out. That holds even if the folder's content changes in between: on POSIX systems a path is followed name by name, from
-// folders that are open, and never through a link; on Windows no link is followed at all, and the path of the open file
-// is compared before anything is read.
+// out. That holds even if the folder's content changes meanwhile: on POSIX systems a path is followed name by name,
+// from folders that are open, and never through a link; on Windows no link is followed at all, and the path of the open
+// file is compared before anything is read.
 //
 // The path to the folder, and that of the master file up to it, are the host's own; links in them are followed.
 #pragma once
@@ -23,10 +23,10 @@ public:
     // If there is no such folder, or it is not on the way to the base, every path is outside.
     folder_bound(const strings::ustring8& folder, const strings::ustring8& base);
 
-    // Opens the regular file that a path names, if it is in the folder, and says how that went.
+    // Opens the regular file that a path names, if it is in the folder. Returns the outcome.
     file_access open_file(const strings::ustring8& path, system_file& file) const;
 
-    // As files_in(); no names if the folder is outside. Links are left out.
+    // Like files_in(), but lists nothing if the folder is outside. On POSIX systems links are left out.
     folder_listing files_in(const strings::ustring8& folder, std::size_t most) const;
 
 private:

@@ -35,7 +35,7 @@ std::uint64_t joined(DWORD high, DWORD low)
 }
 
 // Asks the system itself: to the C library, the question mark of `\\?\` is a wildcard. The system calls devices such as
-// NUL and COM1 files, but their full paths begin with `\\.\`, in whatever folder they are named.
+// NUL and COM1 files, but their full paths begin with `\\.\`, whatever folder they are named in.
 file_access access_of(const std::wstring& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
@@ -105,8 +105,8 @@ const int open_flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 namespace {
 
-// A link is what it leads to if `flags` has not AT_SYMLINK_NOFOLLOW. Most systems say what an entry is without being asked,
-// so that the folder's own entry, and that of the one around it, are not looked at.
+// A link counts as what it leads to, unless `flags` has AT_SYMLINK_NOFOLLOW. Most systems list an entry's type with its
+// name. On none of them is the system asked about `.` and `..`.
 bool is_regular(int folder, const dirent& entry, int flags)
 {
 #if defined(DT_UNKNOWN)

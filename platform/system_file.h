@@ -18,7 +18,7 @@ enum class file_access
     missing,
     not_a_file,  // a folder, a device, a pipe or a socket
     unreadable,
-    outside,  // of the folder that files must be in; nobody asked whether it exists
+    outside,  // not in the folder that files must be in; whether it exists was not asked
 };
 
 // Equal for two open files only if they are the same file and it has not changed in between, whatever their paths.
@@ -82,7 +82,7 @@ public:
         return m_identity;
     }
 
-    // How many bytes were read, 0 at the end; less than 0 after a failure.
+    // Returns how many bytes were read: 0 at the end, negative after a failure.
     std::int64_t read(char* to, std::size_t size);
 
 private:
@@ -91,14 +91,14 @@ private:
     file_identity m_identity = {};
 };
 
-// Opens the regular file that a path names, and says how that went. Nothing else is opened.
+// Opens the regular file that a path names, and returns the outcome. Nothing else is opened.
 file_access open_file(const strings::ustring8& path, system_file& file);
 
 // The regular files in a folder.
 struct folder_listing
 {
     std::vector<strings::ustring8> names = {};  // in any order
-    std::size_t entries = 0;                    // of all kinds; if they are too many, one more than were looked at
+    std::size_t entries = 0;                    // of all kinds; one more than were looked at if there are more
 };
 
 // Looks at the first `most` entries of a folder. An empty path is the current folder.

@@ -15,7 +15,7 @@ public:
     // The number of zero bytes after the text.
     static constexpr std::size_t padding = 64;
 
-    // In bytes. The distance between any two of them is a std::ptrdiff_t, and twice the capacity a std::size_t.
+    // In bytes. The distance between any two of them fits in a std::ptrdiff_t, and twice the capacity in a std::size_t.
     static constexpr std::size_t largest_capacity = PTRDIFF_MAX - padding;
 
     text_buffer() = default;

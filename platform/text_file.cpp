@@ -10,8 +10,8 @@ namespace NUVEK_2_18::parser {
 
 namespace {
 
-// In UTF-8. Empty for what is no path; a hostile file may include many paths that are too long, and those never reach the
-// system.
+// In UTF-8. Empty if the text cannot be a path. A hostile file may include many paths that are too long; those never
+// reach the system.
 strings::ustring8 utf8_path(const strings::ustring16& path)
 {
     strings::ustring8 text;

@@ -14,7 +14,7 @@ class text_file
 {
 public:
     // Opens the regular file that the path names: as written or, if that names none, with the separators of other systems
-    // replaced by this one's. Nothing else is ever opened. With a bound, which may be null, only files within it.
+    // replaced by this one's. Nothing else is ever opened; nor, unless `bound` is null, a file outside it.
     explicit text_file(const strings::ustring16& path, const folder_bound* bound = nullptr);
 
     file_access access() const { return m_access; }
@@ -28,7 +28,7 @@ public:
     const file_identity& identity() const { return m_file.identity(); }
 
     // Reads an open file to its end and closes it. If that fails, the text is empty, and its fault is read_failed, or
-    // too_large for a file of more bytes than the limit; nothing is read of one that reports such a size.
+    // too_large for a file of more bytes than the limit; one that reports such a size is not read.
     document_text read(std::uint64_t most_bytes = UINT64_MAX);
 
 private:

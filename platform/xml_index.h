@@ -15,7 +15,7 @@
 
 namespace NUVEK_2_18::parser {
 
-// What follows a position. Only a hint: a value that is long, or written oddly, is not in the sizes.
+// What follows a position. Only a hint: a value that is long or written oddly is not counted in value_bytes.
 struct xml_run
 {
     std::size_t elements = 0;
@@ -61,8 +61,8 @@ public:
     // the words just before that.
     std::size_t read(std::size_t position, xml_element& element) const;
 
-    // Measures the elements from the position on, at most as many words as the limit, up to the first element that has
-    // children or is a closing one. Does not touch the text.
+    // Measures the elements from the position on, up to the next opening or closing element, or until it has
+    // read as many words as the limit. Does not touch the text.
     xml_run measure(std::size_t position, std::string_view tag, std::size_t limit) const;
 
 private:

@@ -128,7 +128,7 @@ TEST(Failures, OfMemoryAreThrownAndLoseNothingThatWasLoaded)
     }
 }
 
-// The registry may then be another collection's than the tables. A table that it does not list cannot be found.
+// The registry and the tables may then come from different collections. A table that is not registered cannot be found.
 TEST(Failures, OfMemoryInAnAssignmentHideTablesThatAreNotRegistered)
 {
     const documents::folder folder;
@@ -160,7 +160,7 @@ TEST(Failures, OfMemoryInAnAssignmentHideTablesThatAreNotRegistered)
     }
 }
 
-// It throws, or has the result that it has anyway: the standard library may do without the memory.
+// It throws, or has the same result as without the failure: the standard library may do without the memory.
 TEST(Failures, OfMemoryInACheckLeaveTheCollectionUnchanged)
 {
     const documents::folder folder;

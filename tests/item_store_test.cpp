@@ -15,7 +15,7 @@ namespace {
 using rows = std::vector<std::vector<ustring8>>;
 using model = std::vector<std::pair<ustring8, rows>>;  // in the order in which the items were added
 
-// Writes an item in the way that its number says. Returns false if its key is taken.
+// Adds an item with these rows; a value that equals the key is added as the key. Returns false if the key is taken.
 bool write(item_writer& to, const ustring8& key, const rows& values)
 {
     if (!to.begin(key)) return false;
@@ -44,8 +44,8 @@ void expect_equal(const item_store& store, const model& expected)
     }
 }
 
-// The first 16 bytes of keys of that size whose hashes are equal if their other bytes are: the second half makes up for
-// what the first one has done.
+// The first 16 bytes of keys of that size. The keys' hashes are equal if the rest of their bytes are: in each key, the
+// second eight bytes undo the effect of the first eight.
 std::vector<ustring8> colliding_keys(std::size_t count, std::size_t size)
 {
     std::vector<ustring8> keys;
@@ -127,7 +127,7 @@ TEST(ItemStore, IsNotSlowedDownByKeysThatCollide)
     }
 }
 
-// Or else lookups among a million items would be several times slower.
+// Otherwise lookups among a million items would be several times slower.
 TEST(ItemStore, FindsItemsByTheirHashUnlessSomebodyChoseTheKeys)
 {
     const auto padded = [](std::size_t i, std::size_t width) {

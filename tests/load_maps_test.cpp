@@ -40,8 +40,8 @@ TEST(Report, TakesTimeInProportionToTheFiles)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
-// Each took longer than the time that all may take together, when it grew with the square of its size.
-TEST(Report, TakesNoLongerForPathsAndItemsThatAreOdd)
+// When its cost grew with the square of its size, each of these files alone took longer than all may take together.
+TEST(Report, TakesNoLongerForOddPathsAndItems)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(_GLIBCXX_ASSERTIONS)
     constexpr int size = 1;  // too slow there
@@ -306,7 +306,7 @@ TEST(Report, OpensNothingOutsideItsFolder)
             return as_include;
         });
     }
-    // An empty path is the current folder, and a folder that is not there has nothing in it.
+    // An empty path is the current folder, and a folder that does not exist contains nothing.
     options.within = "";
     fs::current_path(home.system_path("maps"));
     EXPECT_EQ(rule_of(check_maps("in", options)) + rule_of(check_maps("sub/in", options)), "");

@@ -11,7 +11,7 @@ using namespace data_mapper4;
 
 namespace {
 
-// One map of each kind, with its items in another order than that of their names.
+// One map of each kind, whose items are not in the order of their names, and an empty map.
 const std::string all_kinds =
     "<maps><map name='m'><item name='b'/><arg name='x'/><item name='a'/></map>"
     "<vector_map name='v'><item name='b'/><arg name='x'/><arg name='y &amp; z'/><item name='a'/></vector_map>"
@@ -114,7 +114,7 @@ TEST(MapView, FindsWhatItsKindOfMapHas)
 }
 
 // A derived class can get at a table's iterators, which may change its items at any time.
-TEST(MapView, IsNotGivenOfATableWithIterators)
+TEST(MapView, IsNotGivenForATableWithIterators)
 {
     struct open_collection : map_collection
     {

@@ -115,9 +115,7 @@ const std::vector<row> rows = {
      "= remove one of the includes | world.xml:2:3-2:11 first included here",
      include + "\n  ", ""},
     {"limit-reached",
-     "The files are too many or too large together, or their maps have too many values, for the options of the check. "
-     "Load "
-     "has no such limits.",
+     "There are more files, bytes or values of maps than the options of the check allow. Load has no such limits.",
      world(maps(include), {{"french.xml", french}}),
      "world.xml:2:3-2:11 error 0 the limit of 1 file is exceeded; nothing further is read [limit-reached] = raise "
      "check_options::max_files, or --max-files of the tool ...",

@@ -193,8 +193,8 @@ TEST(Tool, SaysThatTheFilesAreFaultyWithItsAnswer)
         {{"1 a|" + error, {"$T get missing_part texts_fr"}},
          {"1 texts_fr  MT_SIMPLE  1  -  missing_part:1|" + error, {"$T list missing_part"}},
          {"1 " + error, {"$T dump missing_part >/dev/null"}},
-         {"1 " + error + "no map \"texts_de\"; it may be in what is not loaded|", {"$T get missing_part texts_de"}},
-         {"1 " + error + "no item \"b\" in map \"texts_fr\"; it may be in what is not loaded|",
+         {"1 " + error + "no map \"texts_de\"; it may not have been loaded|", {"$T get missing_part texts_de"}},
+         {"1 " + error + "no item \"b\" in map \"texts_fr\"; it may not have been loaded|",
           {"$T get missing_part texts_fr b"}}},
         outcome);
 }

@@ -19,8 +19,8 @@ void report_miss(const ustring8& what, const ustring8& name, const std::vector<u
     std::cerr << "no " << what << (nearest.empty() ? "; " + other : did_you_mean(in_quotes(nearest))) << '\n';
 }
 
-// What is missing may be in what is not loaded, so nothing near is suggested if anything is wrong with the files.
-constexpr const char* not_loaded = "it may be in what is not loaded";
+// What is missing may not have been loaded if the files are faulty, so no similar name is suggested then.
+constexpr const char* not_loaded = "it may not have been loaded";
 
 bool find_map(loaded_master& master, const ustring8& map, const std::filesystem::path& file)
 {

@@ -39,7 +39,7 @@ std::size_t width(const ustring8& text)
     return columns;
 }
 
-// In columns. A wider text does not widen its column, or one long name would pad all lines.
+// In columns. A wider text does not widen its column; otherwise one long name would pad all lines.
 constexpr std::size_t widest_column = 80;
 
 void print_aligned(const std::vector<row>& rows)

@@ -61,7 +61,7 @@ loaded_master load_master(const std::filesystem::path& file)
     master.report = load_maps(master.maps, file, options);
     if (master.report.errors() == 0) return master;
     master.code = failure;
-    // A set that is beyond the limits of a check is not loaded without them.
+    // A set that exceeds the limits of the check is not loaded at all: load has no limits.
     map_error_t result;
     if (master.report.is_complete()) result = master.maps.load(load_path(file));
     const bool has_code = result.type() != map_error_t::no_error;

@@ -29,8 +29,8 @@ struct loaded_master
     exit_code code;
 };
 
-// Loads a master file. If anything is wrong with it or with what it includes, says so in one line. What is loaded is worth
-// showing in either case, except if the exit code is that of trouble.
+// Loads a master file. If anything is wrong with it or with what it includes, says so in one line. Unless the exit
+// code is `trouble`, what was loaded is worth showing even then.
 loaded_master load_master(const std::filesystem::path& file);
 
 }  // namespace data_mapper4::tool

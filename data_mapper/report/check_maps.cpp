@@ -174,7 +174,7 @@ private:
                             [&] { return finding_text{outside_message(from.include_path())}; });
     }
 
-    // At the place where reading stopped, unless that is not in a file that was read.
+    // Reports the limit at the place where reading stopped, or without a place if that is not in a file that was read.
     void add_limit()
     {
         const auto& limit = m_files.limit();

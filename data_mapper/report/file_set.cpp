@@ -15,7 +15,7 @@ using NUVEK_2_18::parser::folder_bound;
 using NUVEK_2_18::parser::text_file;
 using NUVEK_2_18::parser::xml_document;
 
-// In bytes. A path is in every place of a report, so a longer one could make a report very much larger than the files.
+// In bytes. Every place in a report has a path, so a longer one could make the report far larger than the files.
 constexpr std::size_t longest_shown_path = 512;
 
 NUVEK_2_18::strings::ustring16 units(const std::wstring& path)

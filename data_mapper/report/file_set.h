@@ -44,7 +44,7 @@ public:
     // with it. `include` is the element that names it. Returns nothing once a limit is exceeded.
     std::optional<opened> open(const std::wstring& path, const element_place& include);
 
-    // Counts the values of a file's maps, to be called before they are loaded. Returns false if they are too many.
+    // Counts the values of a file's maps. Call it before they are loaded. Returns false if there are too many.
     bool take_values(std::size_t file);
 
     // The limit that was exceeded, if one was.
@@ -59,7 +59,7 @@ public:
     const document_ptr& document(std::size_t file) const { return m_files[file].document; }
     source_text& text(std::size_t file) { return m_files[file].text; }
 
-    // The path by which the file was opened first, as the system writes it; and the same as reports show it, cut if it is
+    // The path by which the file was opened first, as the system writes it; and as reports show it, shortened if it is
     // very long.
     const ustring8& path(std::size_t file) const { return m_files[file].path; }
     const ustring8& shown_path(std::size_t file) const { return m_files[file].shown; }
@@ -87,7 +87,7 @@ private:
     bool m_is_folder_shown;  // whether the master file's path names its folder
     std::deque<entry> m_files;
     std::size_t m_base_size = 0;  // of the base directory, with which all paths begin
-    std::map<NUVEK_2_18::strings::ustring16, std::size_t> m_by_path;  // the files that were read, without that
+    std::map<NUVEK_2_18::strings::ustring16, std::size_t> m_by_path;  // the path without that -> the file
     std::map<NUVEK_2_18::parser::file_identity, std::size_t> m_by_identity;
     std::size_t m_files_left;
     std::uint64_t m_bytes_left;

@@ -14,8 +14,8 @@ namespace fs = std::filesystem;
 // A larger folder is not looked at as a whole.
 constexpr std::size_t most_neighbors = 1000;
 
-// After so many names, there are no more suggestions: many missing files among many others would take too long. After so
-// many entries, no more folders are looked into: including from two in turn would take too long.
+// After this many names, nothing more is suggested: many missing files among many others would take too long. After
+// this many entries, no more folders are listed: a folder is listed again when includes alternate between two.
 constexpr std::size_t most_compared = 200000;
 constexpr std::size_t most_listed = 100000;
 

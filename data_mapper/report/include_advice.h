@@ -17,8 +17,8 @@ public:
     {
     }
 
-    // Explains why a file cannot be read, which `access` says. `written` is the path in the include, `opened` that of the
-    // file which load tried to open; `including` is the file with the include.
+    // Explains why a file cannot be read; `access` is the reason. `written` is the path in the include, `opened` the
+    // path that load tried to open, and `including` the file with the include.
     finding_text explain_missing(const ustring8& written, const ustring8& opened, const ustring8& including,
                                  file_access access);
 

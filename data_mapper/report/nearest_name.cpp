@@ -18,8 +18,8 @@ char lower(char letter)
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter | 0x20) : letter;
 }
 
-// The cost of the cheapest edits that turn one name into the other: letters added, left out, changed or swapped. If that
-// is `most` or more, the result is too, but may be less than the cost.
+// The cost of the cheapest edits that turn one name into the other: letters added, left out, changed or swapped. If
+// that is `most` or more, so is the result, which may then be less than the cost.
 std::size_t distance(std::string_view a, std::string_view b, std::size_t most)
 {
     using row = std::array<std::size_t, longest_compared + 1>;
@@ -42,7 +42,7 @@ std::size_t distance(std::string_view a, std::string_view b, std::size_t most)
             }
             least = std::min(least, current[j]);
         }
-        // A swap of two letters goes on from the row before the last.
+        // A swap of two letters continues from the row before the last.
         if (least >= most && *std::min_element(last.begin(), last.end()) >= most) return most;
     }
     return current[b.size()];

@@ -21,7 +21,7 @@ struct map_size
     std::uint64_t rows = 0;
     std::uint64_t widest = 0;  // the most attributes of a row
 
-    // Divides, because the product may be too large for a number.
+    // Divides, because the product may overflow.
     bool take(std::uint64_t& left) const
     {
         const bool fits = texts <= left && (rows == 0 || widest <= (left - texts) / rows);

@@ -9,9 +9,9 @@
 
 namespace data_mapper4 {
 
-// Takes the values of a document's maps, as check_options::max_values counts them, off the number that is left. Returns
-// the position of the map that has more than are left, if there is one. Faulty maps may have fewer than are counted. Cost:
-// linear in the document's index.
+// Subtracts the number of values of a document's maps, as check_options::max_values counts them, from `left`. Returns
+// the position of the first map that has more values than are left, if there is one. Faulty maps may have fewer than
+// are counted. Cost: linear in the document's index.
 std::optional<std::size_t> take_values(const NUVEK_2_18::parser::xml_document& document, std::uint64_t& left);
 
 }  // namespace data_mapper4
