@@ -26,7 +26,7 @@ public:
     // Opens the regular file that a path names, if it is in the folder. Returns the outcome.
     file_access open_file(const strings::ustring8& path, system_file& file) const;
 
-    // Like files_in(), but lists nothing if the folder is outside. On POSIX systems links are left out.
+    // Like files_in(), but lists nothing if the folder is outside. Links are left out.
     folder_listing files_in(const strings::ustring8& folder, std::size_t most) const;
 
 private:

@@ -93,7 +93,9 @@ folder_listing files_in(const strings::ustring8& folder, std::size_t most)
     const std::unique_ptr<void, decltype(&FindClose)> closer(search, &FindClose);
     do {
         if (++found_files.entries > most) break;
-        const bool is_file = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+        // Links are left out: whether one leads to a file would have to be asked.
+        constexpr DWORD not_files = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+        const bool is_file = (found.dwFileAttributes & not_files) == 0;
         if (is_file) found_files.names.push_back(std::filesystem::path(found.cFileName).u8string());
     } while (FindNextFileW(search, &found));
     return found_files;
