@@ -138,7 +138,7 @@ folder_listing list(int folder, std::size_t most, int flags)
     }
 }
 
-constexpr int folder_flags = O_RDONLY | O_CLOEXEC | O_DIRECTORY;
+constexpr int listing_flags = O_RDONLY | O_CLOEXEC | O_DIRECTORY;
 
 }  // namespace
 
@@ -177,12 +177,12 @@ file_access open_file(const strings::ustring8& path, system_file& file)
 
 folder_listing files_in(const strings::ustring8& folder, std::size_t most)
 {
-    return list(::open(folder.empty() ? "." : folder.c_str(), folder_flags), most, 0);
+    return list(::open(folder.empty() ? "." : folder.c_str(), listing_flags), most, 0);
 }
 
 folder_listing files_in(const descriptor& folder, std::size_t most)
 {
-    return list(::openat(folder.number(), ".", folder_flags), most, AT_SYMLINK_NOFOLLOW);
+    return list(::openat(folder.number(), ".", listing_flags), most, AT_SYMLINK_NOFOLLOW);
 }
 
 #endif

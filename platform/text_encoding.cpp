@@ -126,21 +126,17 @@ void check_ascii(document_text& document)
     end_text(document, static_cast<std::size_t>(found - text.begin()), xml_fault::not_ascii);
 }
 
-bool is_continuation(char byte)
-{
-    return (byte & 0xC0) == 0x80;
-}
-
 // Fast checks for the most common non-ASCII characters: all those of two bytes, and those of three bytes whose lead
 // byte begins no overlong form, surrogate or non-character. The zero bytes after the text are not continuation bytes.
 bool is_two_byte_char(const char* at)
 {
-    return static_cast<unsigned char>(at[0] - 0xC2) <= 0xDF - 0xC2 && is_continuation(at[1]);
+    return static_cast<unsigned char>(at[0] - 0xC2) <= 0xDF - 0xC2 && unicode::is_continuation(at[1]);
 }
 
 bool is_three_byte_char(const char* at)
 {
-    return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && is_continuation(at[1]) && is_continuation(at[2]);
+    return static_cast<unsigned char>(at[0] - 0xE1) <= 0xEC - 0xE1 && unicode::is_continuation(at[1]) &&
+           unicode::is_continuation(at[2]);
 }
 
 // The fault of a text whose first malformed bytes are at this place. If it is a document of ASCII up to there, and goes on,

@@ -8,6 +8,12 @@ namespace NUVEK_2_18::unicode {
 // What the take functions return for a malformed sequence; no code point has this value.
 constexpr char32_t malformed = 0xFFFFFFFF;
 
+// Whether a byte of UTF-8 is in a character, but does not begin it.
+inline bool is_continuation(char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
 // Takes the code point that begins at `at`, which must be before `end`. Moves `at` past it, or past the maximal
 // malformed run of bytes. Overlong forms, surrogates and values above U+10FFFF are malformed.
 char32_t take_utf8(const char*& at, const char* end);

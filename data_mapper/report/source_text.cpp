@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
+#include "platform/unicode.h"
+
 namespace data_mapper4 {
 
 namespace {
+
+namespace unicode = NUVEK_2_18::unicode;
 
 // In bytes.
 constexpr std::size_t block_size = std::size_t{1} << 12;
@@ -12,11 +16,6 @@ constexpr std::size_t block_size = std::size_t{1} << 12;
 // In code points.
 constexpr std::size_t window_size = 160;
 constexpr std::size_t window_before = 100;
-
-bool is_continuation(char byte)
-{
-    return (byte & 0xC0) == 0x80;
-}
 
 }  // namespace
 
@@ -27,7 +26,7 @@ void source_text::advance(mark& to, std::size_t byte) const
         if (each == '\n') {
             ++to.position.line;
             to.position.column = 1;
-        } else if (!is_continuation(each)) {
+        } else if (!unicode::is_continuation(each)) {
             ++to.position.column;
         }
     }
@@ -54,13 +53,13 @@ text_window source_text::window_around(std::size_t byte)
     std::size_t begin = std::min(byte, m_text.size());
     for (std::size_t before = 0; begin != 0 && before < window_before && m_text[begin - 1] != '\n'; ++before) {
         do --begin;
-        while (begin != 0 && is_continuation(m_text[begin]));
+        while (begin != 0 && unicode::is_continuation(m_text[begin]));
         --window.column;
     }
     std::size_t end = begin;
     for (std::size_t size = 0; end != m_text.size() && m_text[end] != '\n' && size < window_size; ++size) {
         do ++end;
-        while (end != m_text.size() && is_continuation(m_text[end]));
+        while (end != m_text.size() && unicode::is_continuation(m_text[end]));
     }
     window.text = m_text.substr(begin, end - begin);
     return window;

@@ -15,7 +15,7 @@ using form = NUVEK_2_18::parser::xml_element::kind;
 // A map, as far as it has been read.
 struct map_size
 {
-    const map_kind* kind = nullptr;  // null outside maps
+    const map_kind* traits = nullptr;  // null outside maps
     std::size_t position = 0;
     std::uint64_t texts = 0;  // elements with a value of their own
     std::uint64_t rows = 0;
@@ -30,10 +30,10 @@ struct map_size
     }
 };
 
-bool is_row(const map_kind& kind, const NUVEK_2_18::parser::xml_index& index, std::size_t position)
+bool is_row(const map_kind& traits, const NUVEK_2_18::parser::xml_index& index, std::size_t position)
 {
-    if (kind.item == item_form::name_and_attributes) return true;
-    return kind.args == arg_form::rows && index.name_at(position) != "item";
+    if (traits.item == item_form::name_and_attributes) return true;
+    return traits.args == arg_form::rows && index.name_at(position) != "item";
 }
 
 // As load reads it: a map goes on as long as there are items and args, nested or not.
@@ -57,10 +57,10 @@ std::optional<std::size_t> take_values(const NUVEK_2_18::parser::xml_document& d
             if (!map.take(left)) return map.position;
             const bool is_map = document.index.form_at(at) == form::opening;
             map = {is_map ? find_kind(document.index.name_at(at)) : nullptr, at};
-        } else if (map.kind != nullptr && is_row(*map.kind, document.index, at)) {
+        } else if (map.traits != nullptr && is_row(*map.traits, document.index, at)) {
             ++map.rows;
             map.widest = std::max<std::uint64_t>(map.widest, attributes);
-        } else if (map.kind != nullptr) {
+        } else if (map.traits != nullptr) {
             ++map.texts;
         }
     }

@@ -42,11 +42,6 @@ ustring8 escape(char32_t code_point)
     return "\\u{" + number + '}';
 }
 
-bool is_continuation(char byte)
-{
-    return (byte & 0xC0) == 0x80;
-}
-
 constexpr const char* replacement = "\xEF\xBF\xBD";
 
 }  // namespace
@@ -122,8 +117,8 @@ ustring8 shortened(const ustring8& text, std::size_t most_bytes)
     const ustring8 dots = "...";
     std::size_t head = (most_bytes - dots.size()) / 2;
     std::size_t tail = text.size() - head;
-    while (head != 0 && is_continuation(text[head])) --head;
-    while (tail != text.size() && is_continuation(text[tail])) ++tail;
+    while (head != 0 && unicode::is_continuation(text[head])) --head;
+    while (tail != text.size() && unicode::is_continuation(text[tail])) ++tail;
     return text.substr(0, head) + dots + text.substr(tail);
 }
 
