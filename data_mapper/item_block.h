@@ -25,8 +25,8 @@ struct item_block
     // Whether only one store has this block. Makes visible what former holders did before they released it.
     bool has_one_holder() const { return holders.load(std::memory_order_acquire) == 1; }
 
-    char* bytes() { return reinterpret_cast<char*>(this + 1); }
-    std::string_view records() const { return {reinterpret_cast<const char*>(this + 1), used}; }
+    char* bytes() { return static_cast<char*>(static_cast<void*>(this + 1)); }
+    std::string_view records() const { return {static_cast<const char*>(static_cast<const void*>(this + 1)), used}; }
 };
 
 }  // namespace data_mapper4

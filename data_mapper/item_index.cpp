@@ -177,9 +177,9 @@ bool item_index::is_too_far(const place& where) const
 bool item_index::add(const place& where, std::size_t record)
 {
     if (m_ordered != nullptr) return m_ordered->items.insert(record).second;
-    std::uint64_t& slot = slots()[where.slot];
-    if (slot != 0) return false;
-    slot = (where.hash & ~place_mask) | (std::uint64_t{record} + 1);
+    if (slots()[where.slot] != 0) return false;
+    const auto number = static_cast<std::uint64_t>(record) + 1;
+    slots()[where.slot] = (where.hash & ~place_mask) | number;
     m_distance += where.distance;
     ++m_items;
     return true;

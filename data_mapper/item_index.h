@@ -77,8 +77,8 @@ private:
     template <class test>
     place probe(std::uint64_t hash, test is_key) const;
     bool fill(std::string_view records);
-    std::uint64_t* slots() { return reinterpret_cast<std::uint64_t*>(this + 1); }
-    const std::uint64_t* slots() const { return reinterpret_cast<const std::uint64_t*>(this + 1); }
+    std::uint64_t* slots() { return static_cast<std::uint64_t*>(static_cast<void*>(this + 1)); }
+    const std::uint64_t* slots() const { return static_cast<const std::uint64_t*>(static_cast<const void*>(this + 1)); }
 
     std::size_t m_mask;
     std::size_t m_items = 0;     // in the slots

@@ -40,7 +40,8 @@ struct item_record
         std::size_t size = byte;
         for (unsigned shift = size_bits; byte >= size_limit; shift += size_bits) {
             byte = static_cast<unsigned char>(*at++);
-            size += (std::size_t{byte} - 1) << shift;  // the highest bit of the byte before is still in the size
+            size += (std::size_t{byte} << shift) -
+                    (std::size_t{1} << shift);  // the highest bit of the byte before is still in the size
         }
         return size;
     }

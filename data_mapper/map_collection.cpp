@@ -23,8 +23,8 @@ map_collection::~map_collection() = default;
 
 map_collection& map_collection::operator=(const map_collection& other)
 {
-    const bool is_torn = other.m_is_torn;
-    m_is_torn = true;
+    if (this == &other) return *this;
+    m_is_torn = true;  // until the end, which an exception may prevent
     m_file = other.m_file;
     m_base_dir = other.m_base_dir;
     m_error = other.m_error;
@@ -33,7 +33,7 @@ map_collection& map_collection::operator=(const map_collection& other)
     m_collection_maps = other.m_collection_maps;
     m_vector_maps = other.m_vector_maps;
     m_vector_collection_maps = other.m_vector_collection_maps;
-    m_is_torn = is_torn;
+    m_is_torn = other.m_is_torn;
     return *this;
 }
 

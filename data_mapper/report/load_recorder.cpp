@@ -42,7 +42,7 @@ std::size_t load_recorder::first_of(std::size_t file) const
     return number_in(m_first, file);
 }
 
-std::size_t load_recorder::item_count(map_collection& maps, const ustring8& name)
+std::size_t load_recorder::item_count(const map_collection& maps, const ustring8& name)
 {
     return map_collection::stores::item_count(maps, name);
 }

@@ -59,7 +59,7 @@ public:
     std::size_t included_at(std::size_t reading, std::size_t position) const;
     std::size_t first_of(std::size_t file) const;
 
-    static std::size_t item_count(map_collection& maps, const ustring8& name);
+    static std::size_t item_count(const map_collection& maps, const ustring8& name);
     static void swap(map_collection& a, map_collection& b) noexcept;
 
 private:
