@@ -287,12 +287,9 @@ private:
     std::size_t m_links = 0;
 };
 
-bool is_same_folder(const descriptor& a, const descriptor& b)
+bool is_same(const struct stat& a, const struct stat& b)
 {
-    struct stat first = {};
-    struct stat second = {};
-    if (::fstat(a.number(), &first) != 0 || ::fstat(b.number(), &second) != 0) return false;
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
 // Empty if the system cannot say.
@@ -312,15 +309,15 @@ folder_bound::folder_bound(const ustring8& folder, const ustring8& base)
       m_current(real_path("."))
 {
     if (m_real == "/") m_real.clear();
+    struct stat root = {};
+    if (!m_root.is_open() || ::fstat(m_root.number(), &root) != 0) return;
     const ustring8 path = absolute(base);
-    std::string_view rest = path;
-    descriptor at(::open("/", folder_flags));
-    while (m_root.is_open() && at.is_open()) {
-        m_is_found = is_same_folder(at, m_root);
-        if (m_is_found) m_prefix = path.substr(0, path.size() - rest.size());
-        const ustring8 name(take_name(rest));
-        if (m_is_found || name.empty()) break;
-        at = descriptor(::openat(at.number(), name.c_str(), folder_flags));
+    for (std::string_view rest = path; !m_is_found;) {
+        m_prefix = path.substr(0, path.size() - rest.size());
+        struct stat status = {};
+        if (::stat(m_prefix.empty() ? "/" : m_prefix.c_str(), &status) != 0) return;
+        m_is_found = is_same(status, root);
+        if (take_name(rest).empty()) return;
     }
 }
 
