@@ -34,11 +34,13 @@ std::size_t slots_for(std::size_t items)
     return slots;
 }
 
-std::uint64_t word_at(const char* at, std::size_t size)
+// The bytes as a number, in the order of the machine.
+template <class word>
+std::uint64_t word_at(const char* at)
 {
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, size);
-    return word;
+    word bytes = 0;
+    std::memcpy(&bytes, at, sizeof(word));
+    return bytes;
 }
 
 std::string_view key_at(const char* records, std::size_t record)
@@ -110,13 +112,14 @@ std::uint64_t item_index::hash_of(std::string_view key)
         hash = (hash ^ word) * factor;
         hash ^= hash >> 32;
     };
-    for (; static_cast<std::size_t>(end - at) > word_size; at += word_size) add(word_at(at, word_size));
+    for (; static_cast<std::size_t>(end - at) > word_size; at += word_size) add(word_at<std::uint64_t>(at));
     if (key.size() >= word_size) {
-        add(word_at(end - word_size, word_size));
+        add(word_at<std::uint64_t>(end - word_size));
     } else if (key.size() >= 4) {
-        add(word_at(at, 4) | word_at(end - 4, 4) << 32);
+        add(word_at<std::uint32_t>(at) | word_at<std::uint32_t>(end - 4) << 32);
     } else if (!key.empty()) {
-        add(word_at(at, 1) | word_at(at + key.size() / 2, 1) << 8 | word_at(end - 1, 1) << 16);
+        const auto byte_at = word_at<unsigned char>;
+        add(byte_at(at) | byte_at(at + key.size() / 2) << 8 | byte_at(end - 1) << 16);
     }
     hash *= factor;
     return hash ^ hash >> 32;  // the low bits, which choose the slot, depend on all bytes
